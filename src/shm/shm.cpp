@@ -1,0 +1,53 @@
+#include "shm/shm.h"
+
+#include <bit>
+#include <cstdio>
+
+#include PLATFORM_SHM_HEADER
+#include PLATFORM_DATA_HEADER
+
+static_assert(std::endian::native == std::endian::little,
+              "sections are little-endian and are copied as they stand");
+
+static const char *lineEnd(MessageEnd end) {
+    return end == MessageEnd::newline ? "\n" : "";
+}
+
+SectionBuffer allocateBuffer(int32_t size, MessageEnd end) {
+    SectionBuffer buffer(static_cast<uint8_t *>(malloc(static_cast<size_t>(size))));
+    if (!buffer) {
+        printf("ERROR with malloc sizeof %d!%s", size, lineEnd(end));
+    }
+    return buffer;
+}
+
+int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length) {
+    return Tolm_shm_memread(static_cast<int32_t>(section), bytes, offset, length);
+}
+
+bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
+                         MessageEnd end) {
+    const int result = readSection(section, bytes, offset, length);
+    if (result != 0) {
+        printf("ERROR reading data from shm! ret=%d%s", result, lineEnd(end));
+    }
+    return result == 0;
+}
+
+SectionBuffer readWholeSection(Section section, int32_t size, MessageEnd end) {
+    SectionBuffer buffer = allocateBuffer(size, end);
+    if (buffer && !readSectionOrReport(section, buffer.get(), 0, size, end)) {
+        buffer.reset();
+    }
+    return buffer;
+}
+
+void writePowerReporting(int32_t offset, const void *bytes, int32_t length) {
+    // The library only reads from the buffer, whether or not its declaration says so.
+    auto *source = static_cast<uint8_t *>(const_cast<void *>(bytes));
+    Tolm_shm_memwrite(static_cast<int32_t>(Section::powerReporting), source, offset, length);
+}
+
+const char *policyName(int index) {
+    return policyTypeToString(static_cast<int16_t>(index));
+}

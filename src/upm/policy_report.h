@@ -1,0 +1,4 @@
+#pragma once
+#include <cstdint>
+void showPolicy(uint32_t policy);
+void showAllPolicies();

@@ -1,0 +1,4 @@
+#pragma once
+void dumpUpmData();
+void showCpuPowerLimits();
+void showThermalData();

@@ -1,0 +1,196 @@
+// The command line: every message, exit status and order of actions.
+#include "harness.h"
+
+#include <gtest/gtest.h>
+
+using Words = std::vector<std::string>;
+
+static const std::string usage = R"(
+ OrbelStatProbe Ver.0.2 
+------------------------------------------------------------
+
+ orbelstatprobe
+  Displays this usage message.
+
+ orbelstatprobe -o
+  Displays the individual offsets of each member of sPwrIpmiGlobalSec1
+
+ orbelstatprobe -d
+  Displays the shm data of each member of sPwrIpmiGlobalSec1 (in PWR_IPMI_GLOBAL_SEC_1)
+
+ orbelstatprobe -e
+  Displays the shm data of each member of sTolmAbsPSUInfo (in PSU_INFO_SEC) for max PSUs
+
+ orbelstatprobe -r
+  Displays the shm data of each member of sTolmAbsPowerReporting (in PWR_RPTG_SEC)
+
+ orbelstatprobe -c
+  Displays the shm data of each member of sTolmAbsPowerConfigClr (in PWR_CFG_CLR_SEC)
+
+ orbelstatprobe -u
+  Displays the shm data of each member of GPM Data (no sub-args)
+  UPM sub-options:
+    orbelstatprobe -u -t                      Check thermal data
+    orbelstatprobe -u -p -c                   Check CPU power limits data
+    orbelstatprobe -u -p -a                   Check all policy data (indices 0..15)
+    orbelstatprobe -u -p <index>              Check specific policy data (0..15)
+
+ orbelstatprobe -w
+  Writes data in shm (ALL write operations now require -u)
+  Write sub-options:
+    orbelstatprobe -w -u -p <id> -s <0/1>     NEW: write only policy state for <id>
+    orbelstatprobe -w -u -c                   Clear policy data (preferred syntax)
+    orbelstatprobe -w -u -m                   NEW: interactive overwrite wizard
+    (edit CPU power limits, thermal data, policies)
+
+)";
+static const std::string upmHelp = R"(========== UPM Menu ==========
+Available sub-options for `-u`:
+
+   -h  : Help information
+   -t  : Check thermal data
+   -p  : Policy-related data
+
+    Sub-options under `-p`:
+    -p -c           : Check CPU power limits data
+    -p -a           : Check all policy data (indices 0 to 15)
+    -p <index>      : Check specific policy data (index range: 0 to 15)
+================================
+)";
+static const std::string hints = R"(
+  orbelstatprobe -w -u -c
+  orbelstatprobe -w -u -p <id> -s <0/1>
+  orbelstatprobe -w -u -m
+)";
+static const std::string now = "Error: -w now requires -u. Try:" + hints;
+static const std::string order = "Error: -w -u is required. Try:" + hints;
+static const std::string global = "dumpGlobalSection: ...";
+static const std::string offsets = "printGlobalSectionOffsets: ...";
+static const std::string upm = "...";
+static const std::string unknown = "Error: Unknown sub-option '";
+
+TEST(CommandLine, AnswersEveryArgumentVector) {
+    Machine machine;
+    const Outcome bare = machine.run({"-w", "-u"});
+    const std::string program = bare.out.substr(7, bare.out.find(" -w") - 7); // "Usage: <program>"
+    const std::string writeUsage = "Usage: " + program + R"( -w -u where:
+  -c                     : clear policy data
+  -m                     : interactive overwrite wizard
+  -p <policy_id> -s <0/1> : write UPM policy state only
+)";
+    const std::string policyUsage = "Usage: " + program + " -w -u -p <policy_id> -s <0/1>\n";
+
+    // Output that ends in "..." is only the beginning. Calls are reads and writes, in order.
+    const struct {
+        Words arguments;
+        std::string out;
+        int status = 0;
+        Words calls = {};
+    } cases[] = {
+        {{}, "Error: No option passed\n" + usage},
+        {{"foo"}, "Error: No option passed\n" + usage},
+        {{"-h"}, usage},
+        {{"-h", "-h"}, usage + usage},
+        {{"-?"}, usage},
+        {{"-h", "-d"}, usage + global},
+        {{"-h", "-w"}, usage + now, 255},
+        // The locator line, before every report.
+        {{"-l", "5"}, "locator=5, index=-1\n"},
+        {{"-i", "2", "-d"}, "locator=-1, index=2\n"},
+        {{"-l", "abc", "-i", "-7x"}, "locator=0, index=-7\n"},
+        {{"-l4294967303", "-i", "2147483648"}, "locator=7, index=-2147483648\n"},
+        // Reports by precedence, wherever they stand.
+        {{"-d", "-o", "-e"}, global},
+        {{"-o", "-r"}, offsets},
+        {{"-c", "-r", "-e", "-o"}, offsets},
+        {{"-r", "-e"}, "dumpPSUInfo: ..."},
+        {{"-c", "-r"}, "dumpPowerReporting: ..."},
+        {{"-c"}, "sTolmAbsPowerConfigClr DATA...", 0, {"read 8 0 224"}},
+        {{"-cd"}, global},
+        {{"-d", "-u"}, global},
+        {{"-du"}, global},
+        {{"foo", "-d", "bar"}, global},
+        {{"--", "-d"}, "Error: No option passed\n" + usage},
+        // -u
+        {{"-u"}, upm},
+        {{"-u", "-t", "extra"}, upm},
+        {{"-u", "-p", "-c"}, upm},
+        {{"-u", "-p", "-a", "-x"}, upm},
+        {{"-u", "-p", "3"}, upm},
+        {{"-u", "-p", ""}, upm},
+        {{"-u", "-p", " +15"}, upm},
+        {{"-u", "-h"}, upmHelp},
+        {{"-u", "-h", "-x"}, upmHelp},
+        {{"-d", "-u", "-h"}, upmHelp},
+        {{"-u", "-h", "x"}, "Error: Unexpected argument 'x' after -u -h\n", 1},
+        {{"-u", "-d"}, "Error: Invalid argument '-d' after -u\n", 1},
+        {{"-ud"}, "Error: Invalid argument '-ud' after -u\n", 1},
+        {{"-u", "-p"}, "Error: Missing argument after -u -p\n", 1},
+        {{"-u", "-p", "16"}, "Error: policy index 16 out of range [0..15]\n", 1},
+        {{"-u", "-p", "-1"}, "Error: policy index -1 out of range [0..15]\n", 1},
+        {{"-u", "-p", "99999999999999999999"},
+         "Error: policy index 9223372036854775807 out of range [0..15]\n",
+         1},
+        {{"-u", "-p", "3x"}, "Error: Invalid policy index '3x' after -u -p\n", 1},
+        {{"-u", "-p", " "}, "Error: Invalid policy index ' ' after -u -p\n", 1},
+        // -w
+        {{"-w"}, now, 255},
+        {{"-w", "foo", "-u"}, now, 255},
+        {{"-w", "-d", "-c"}, now, 255},
+        {{"-w", "", "-u"}, now, 255},
+        {{"-w", "-d", "-u", "-c"}, order, 255},
+        {{"-wu"}, now, 255},
+        {{"-wu", "-u", "-c"}, order, 255},
+        {{"-w", "-u"}, writeUsage, 255},
+        {{"-w", "-u", "x"}, unknown + "x' for -w -u\n", 255},
+        {{"-w", "-u", "-z"}, unknown + "-z' for -w -u\n", 255},
+        {{"-w", "-u", "-p"}, policyUsage, 255},
+        {{"-w", "-u", "-p", "3"}, policyUsage, 255},
+        {{"-w", "-u", "-p", "99"}, policyUsage, 255},
+        {{"-w", "-u", "-p", "3", "-s"}, policyUsage, 255},
+        {{"-w", "-u", "-p", "3", "-x", "1"}, policyUsage, 255},
+        {{"-w", "-u", "-p", "3y", "-s"}, "Error: invalid policy_id '3y'\n", 255},
+        {{"-w", "-u", "-p", "16", "-s", "1"}, "Error: policy_id 16 out of range [0..15]\n", 255},
+        {{"-w", "-u", "-p", "-1", "x"}, "Error: policy_id -1 out of range [0..15]\n", 255},
+        {{"-w", "-u", "-p", "3", "-s", "on"}, "Error: invalid policy_state 'on'\n", 255},
+        {{"-w", "-u", "-p", "3", "-s", "2"}, "Error: policy_state must be 0 or 1, got 2\n", 255},
+        {{"-w", "-u", "-p", "3", "-s", "-1"}, "Error: policy_state must be 0 or 1, got -1\n", 255},
+        // Actions run where they stand; an error later on does not undo them.
+        {{"-w", "-u", "-p", "3", "-s", "1"}, "writePolicyState: ..."},
+    };
+    for (const auto &c : cases) {
+        std::string command;
+        for (const std::string &word : c.arguments) {
+            command += " '" + word + "'";
+        }
+        SCOPED_TRACE(command);
+        const Outcome outcome = machine.run(c.arguments);
+        if (c.out.ends_with("...")) {
+            const std::string beginning = c.out.substr(0, c.out.size() - 3);
+            EXPECT_EQ(outcome.out.substr(0, beginning.size()), beginning);
+        } else {
+            EXPECT_EQ(outcome.out, c.out);
+        }
+        EXPECT_EQ(outcome.status, c.status);
+        EXPECT_EQ(outcome.err, "");
+        Words calls = outcome.only("read");
+        const Words writes = outcome.only("write");
+        calls.insert(calls.begin(), writes.begin(), writes.end());
+        if (c.out != "dumpPSUInfo: ...") { // has a test of its own for its 24 reads
+            EXPECT_EQ(calls, c.calls);
+        }
+    }
+}
+
+TEST(CommandLine, LetsGetoptComplainAndPrintsTheUsage) {
+    Machine machine;
+    const std::pair<Words, std::string> cases[] = {{{"-x"}, "invalid option -- 'x'"},
+                                                   {{"-l"}, "requires an argument -- 'l'"},
+                                                   {{"-i"}, "requires an argument -- 'i'"}};
+    for (const auto &[arguments, complaint] : cases) {
+        const Outcome outcome = machine.run(arguments);
+        EXPECT_EQ(outcome.out, usage);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_NE(outcome.err.find(complaint), std::string::npos) << outcome.err;
+    }
+}

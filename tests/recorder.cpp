@@ -1,0 +1,84 @@
+// Takes the platform libraries' place at run time: writes every call down, lets chosen calls fail
+// and hands the rest on to the library behind it. Controlled by environment variables:
+//     RECORD       file that the calls are appended to, a line each
+//     FAIL_READS   n:result   reads from the n-th on fail with result
+//     FAIL_READ    n:result   the n-th read alone fails with result
+//     FAIL_WRITES  result     every write fails with result
+//     POLICY_NAME  format     of every policy's name, with its number
+//     REFUSE       size       malloc refuses requests of this size
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#ifndef SANITIZED
+extern "C" void *__libc_malloc(size_t size);
+
+extern "C" void *malloc(size_t size) {
+    const char *refused = getenv("REFUSE");
+    return refused != nullptr && strtoul(refused, nullptr, 10) == size ? nullptr
+                                                                       : __libc_malloc(size);
+}
+#endif
+
+static void record(const char *line, int length) {
+    const char *path = getenv("RECORD");
+    const int file = path != nullptr ? open(path, O_WRONLY | O_APPEND | O_CREAT, 0600) : -1;
+    if (file >= 0) {
+        if (write(file, line, static_cast<size_t>(length)) != length) {
+            abort();
+        }
+        close(file);
+    }
+}
+
+// The result that the variable, "n:result", gives to the n-th call, or to it and all later ones.
+static int failure(const char *variable, int call, bool andLater) {
+    int first = 0;
+    int result = 0;
+    const char *rule = getenv(variable);
+    if (rule == nullptr || sscanf(rule, "%d:%d", &first, &result) != 2) {
+        return 0;
+    }
+    return call == first || (andLater && call > first) ? result : 0;
+}
+
+using Read = int (*)(int32_t, uint8_t *, int32_t, int32_t);
+using Write = int (*)(int32_t, const uint8_t *, int32_t, int32_t);
+
+extern "C" int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset, int32_t length) {
+    static int calls = 0;
+    char line[64];
+    record(line, snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length));
+    ++calls;
+    int result = failure("FAIL_READS", calls, true);
+    if (result == 0) {
+        result = failure("FAIL_READ", calls, false);
+    }
+    const auto next = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "Tolm_shm_memread"));
+    return result != 0 ? result : next(section, buffer, offset, length);
+}
+
+extern "C" int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t offset,
+                                 int32_t length) {
+    static char line[8192];
+    int used = snprintf(line, sizeof line, "write %d %d %d:", section, offset, length);
+    for (int i = 0; i < length; ++i) {
+        used += snprintf(line + used, sizeof line - static_cast<size_t>(used), " %02x", buffer[i]);
+    }
+    line[used++] = '\n';
+    record(line, used);
+    const auto next = reinterpret_cast<Write>(dlsym(RTLD_NEXT, "Tolm_shm_memwrite"));
+    const char *refused = getenv("FAIL_WRITES");
+    return refused != nullptr ? atoi(refused) : next(section, buffer, offset, length);
+}
+
+extern "C" const char *policyTypeToString(int16_t policy) {
+    static char name[64];
+    const char *format = getenv("POLICY_NAME");
+    record(name, snprintf(name, sizeof name, "name %d\n", policy));
+    snprintf(name, sizeof name, "%s-%d", format != nullptr ? format : "POLICY", policy);
+    return name;
+}
