@@ -64,10 +64,13 @@ static const std::string hints = R"(
 )";
 static const std::string now = "Error: -w now requires -u. Try:" + hints;
 static const std::string order = "Error: -w -u is required. Try:" + hints;
-static const std::string global = "dumpGlobalSection: ...";
-static const std::string offsets = "printGlobalSectionOffsets: ...";
-static const std::string upm = "...";
+static const std::string global = "sPwrIpmiGlobalSec1 DATA...";
+static const std::string offsets = "sPwrIpmiGlobalSec1 OFFSETS...";
+static const std::string upm = "Timestamp: Thu Jan 01 00:00:00.000 1970\n...";
 static const std::string unknown = "Error: Unknown sub-option '";
+static const std::string cleared = "Cleared policyPowerLimit and state for all 0 -15 policies.\n";
+static const std::string readUpm = "read 6 0 30277";
+static const std::string readGlobal = "read 39 0 803";
 
 TEST(CommandLine, AnswersEveryArgumentVector) {
     Machine machine;
@@ -92,7 +95,7 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         {{"-h"}, usage},
         {{"-h", "-h"}, usage + usage},
         {{"-?"}, usage},
-        {{"-h", "-d"}, usage + global},
+        {{"-h", "-d"}, usage + global, 0, {readGlobal}},
         {{"-h", "-w"}, usage + now, 255},
         // The locator line, before every report.
         {{"-l", "5"}, "locator=5, index=-1\n"},
@@ -100,25 +103,25 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         {{"-l", "abc", "-i", "-7x"}, "locator=0, index=-7\n"},
         {{"-l4294967303", "-i", "2147483648"}, "locator=7, index=-2147483648\n"},
         // Reports by precedence, wherever they stand.
-        {{"-d", "-o", "-e"}, global},
+        {{"-d", "-o", "-e"}, global, 0, {readGlobal}},
         {{"-o", "-r"}, offsets},
         {{"-c", "-r", "-e", "-o"}, offsets},
-        {{"-r", "-e"}, "dumpPSUInfo: ..."},
-        {{"-c", "-r"}, "dumpPowerReporting: ..."},
+        {{"-r", "-e"}, "sTolmAbsPSUInfo DATA..."},
+        {{"-c", "-r"}, "sTolmAbsPowerReporting DATA...", 0, {readUpm}},
         {{"-c"}, "sTolmAbsPowerConfigClr DATA...", 0, {"read 8 0 224"}},
-        {{"-cd"}, global},
-        {{"-d", "-u"}, global},
-        {{"-du"}, global},
-        {{"foo", "-d", "bar"}, global},
+        {{"-cd"}, global, 0, {readGlobal}},
+        {{"-d", "-u"}, global, 0, {readGlobal}},
+        {{"-du"}, global, 0, {readGlobal}},
+        {{"foo", "-d", "bar"}, global, 0, {readGlobal}},
         {{"--", "-d"}, "Error: No option passed\n" + usage},
         // -u
-        {{"-u"}, upm},
-        {{"-u", "-t", "extra"}, upm},
-        {{"-u", "-p", "-c"}, upm},
-        {{"-u", "-p", "-a", "-x"}, upm},
-        {{"-u", "-p", "3"}, upm},
-        {{"-u", "-p", ""}, upm},
-        {{"-u", "-p", " +15"}, upm},
+        {{"-u"}, upm, 0, {readUpm}},
+        {{"-u", "-t", "extra"}, upm, 0, {readUpm}},
+        {{"-u", "-p", "-c"}, upm, 0, {readUpm}},
+        {{"-u", "-p", "-a", "-x"}, upm, 0, {readUpm}},
+        {{"-u", "-p", "3"}, upm, 0, {readUpm}},
+        {{"-u", "-p", ""}, upm, 0, {readUpm}},
+        {{"-u", "-p", " +15"}, upm, 0, {readUpm}},
         {{"-u", "-h"}, upmHelp},
         {{"-u", "-h", "-x"}, upmHelp},
         {{"-d", "-u", "-h"}, upmHelp},
@@ -156,7 +159,13 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         {{"-w", "-u", "-p", "3", "-s", "2"}, "Error: policy_state must be 0 or 1, got 2\n", 255},
         {{"-w", "-u", "-p", "3", "-s", "-1"}, "Error: policy_state must be 0 or 1, got -1\n", 255},
         // Actions run where they stand; an error later on does not undo them.
-        {{"-w", "-u", "-p", "3", "-s", "1"}, "writePolicyState: ..."},
+        {{"-w", "-u", "-p", "3", "-s", "1"}, "", 0, {"write 6 29245 2: 01 00"}},
+        {{"-w", "-u", "-p", "", "-s", "", "-d"}, global, 0, {"write 6 29029 2: 00 00", readGlobal}},
+        {{"-w", "-u", "-p", "15", "-s", "1", "-u", "-x"},
+         "Error: Invalid argument '-x' after -u\n",
+         1,
+         {"write 6 30109 2: 01 00"}},
+        {{"-d", "-w", "-u", "-m"}, "\n============ Overwrite Wizard ============\n...", 255},
     };
     for (const auto &c : cases) {
         std::string command;
@@ -176,7 +185,7 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         Words calls = outcome.only("read");
         const Words writes = outcome.only("write");
         calls.insert(calls.begin(), writes.begin(), writes.end());
-        if (c.out != "dumpPSUInfo: ...") { // has a test of its own for its 24 reads
+        if (c.out != "sTolmAbsPSUInfo DATA...") { // has a test of its own for its 24 reads
             EXPECT_EQ(calls, c.calls);
         }
     }
@@ -193,4 +202,14 @@ TEST(CommandLine, LetsGetoptComplainAndPrintsTheUsage) {
         EXPECT_EQ(outcome.status, 0);
         EXPECT_NE(outcome.err.find(complaint), std::string::npos) << outcome.err;
     }
+}
+
+TEST(CommandLine, ClearsBeforeItDumps) {
+    Machine machine;
+    const Outcome outcome = machine.run({"-w", "-u", "-c", "-d"});
+    EXPECT_TRUE(outcome.out.starts_with(cleared + "sPwrIpmiGlobalSec1 DATA")) << outcome.out;
+    ASSERT_EQ(outcome.calls.size(), 3U);
+    EXPECT_EQ(outcome.calls[0], readUpm);
+    EXPECT_TRUE(outcome.calls[1].starts_with("write 6 29013 1176: 00 ")) << outcome.calls[1];
+    EXPECT_EQ(outcome.calls[2], readGlobal);
 }

@@ -112,7 +112,9 @@ Outcome Machine::run(const std::vector<std::string> &arguments) {
 
 Outcome Machine::runOnTerminal(const std::vector<std::string> &arguments,
                                const std::string &typed) {
-    return start(arguments, &typed);
+    const std::string end = "\x04\x04"; // of input, even in mid-line: no dialogue waits for ever
+    const std::string all = typed + end;
+    return start(arguments, &all);
 }
 
 // Becomes the program, or the emulator that runs it; never returns.

@@ -42,7 +42,8 @@ class Machine {
 
     // Standard input is an empty file.
     Outcome run(const std::vector<std::string> &arguments);
-    // Standard input and output are a terminal without echo, on which `typed` waits to be read.
+    // Standard input and output are a terminal without echo, on which `typed` waits to be read,
+    // followed by the end of input.
     Outcome runOnTerminal(const std::vector<std::string> &arguments, const std::string &typed);
 
   private:

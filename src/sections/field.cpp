@@ -7,7 +7,7 @@
 static constexpr int valuesPerLine = 16;
 static constexpr char valueIndent[] = "       ";
 
-static size_t elementSize(Kind kind) {
+size_t elementSize(Kind kind) {
     switch (kind) {
     case Kind::u16:
     case Kind::i16:
@@ -168,5 +168,16 @@ void printRows(const Style &style, std::span<const Row> rows, const uint8_t *rec
         if ((row.views & views) != 0) {
             printRow(style, row, record);
         }
+    }
+}
+
+void printArray(const Style &style, const char *name, std::span<const Row> rows,
+                const uint8_t *records, size_t size, int count) {
+    for (int i = 0; i < count; ++i) {
+        char prefix[64];
+        snprintf(prefix, sizeof prefix, "%s%.24s[%d].", style.prefix, name, i);
+        Style led = style;
+        led.prefix = prefix;
+        printRows(led, rows, records + static_cast<size_t>(i) * size);
     }
 }

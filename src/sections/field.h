@@ -146,6 +146,9 @@ template <size_t length> consteval Row line(const char (&text)[length]) {
     return makeRow(text, Kind::line, 0, 0);
 }
 
+// Bytes of one value of a kind; of one element, where the kind is an array's.
+size_t elementSize(Kind kind);
+
 // The one place where values come out of a record's bytes: by copy, since they lie unaligned.
 template <typename T> T load(const uint8_t *at) {
     T value;
@@ -162,3 +165,8 @@ void printRow(const Style &style, const Row &row, const uint8_t *record);
 // Prints, in order, the rows that appear in any of the views.
 void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record,
                Views views = allViews);
+
+// Prints the rows of each of `count` records of `size` bytes that follow one another: the labels
+// are led by the array's name, at most 24 characters, and the record's index, "name[0].".
+void printArray(const Style &style, const char *name, std::span<const Row> rows,
+                const uint8_t *records, size_t size, int count);

@@ -1,2 +1,195 @@
+// The power reporting section (PWR_RPTG_SEC) and the report of its front, which carries the power
+// history, utilisation statistics and readings. The UPM views print the tail.
 #pragma once
+
+#include "sections/power_consumption.h"
+#include "sections/upm_block.h"
+#include "shm/shm.h"
+
+// Utilisation statistics (CUPS) of one kind over one period.
+struct __attribute__((packed)) sCupsPeriodStats {
+    uint16_t average;
+    uint16_t minimum;
+    time32 minimumTime;
+    uint16_t maximum;
+    time32 maximumTime;
+};
+static_assert(sizeof(sCupsPeriodStats) == 14);
+
+struct __attribute__((packed)) sCupsPeriod {
+    sCupsPeriodStats cpu;
+    sCupsPeriodStats io;
+    sCupsPeriodStats mem;
+    sCupsPeriodStats sys;
+};
+
+// One average utilisation reading.
+struct __attribute__((packed)) sOOBData {
+    uint16_t cups_cpu_usage;
+    uint16_t cups_io_usage;
+    uint16_t cups_mem_usage;
+    uint16_t cups_syslvl_usage;
+};
+static_assert(sizeof(sOOBData) == 8);
+
+// One voltage regulator: volts, amperes, watts and degrees Celsius.
+struct __attribute__((packed)) sVcoreVRData {
+    time32 u32IPMITimeStmp;
+    float temp;
+    float Vin;
+    float Vout;
+    float Pout;
+    float Iout;
+    float CntlrTemp;
+    float Pcc;
+    float Ocw;
+    float FinalICA;
+    uint8_t reserved40[1];
+    char DisplayName[30];
+    char PlanarId[30];
+    char VendorName[31];
+};
+static_assert(sizeof(sVcoreVRData) == 132);
+
+struct __attribute__((packed)) sTolmAbsPowerReporting {
+    uint16_t peakHeadroom;
+    uint16_t instHeadroom;
+    uint16_t bladePowerAllocation;
+    uint8_t reserved6[2];
+    uint16_t psuRedundancyCapability;
+    int32_t systemCapabilities;
+    uint16_t activePolicyCapWatts;
+    uint8_t reserved16[14];
+    uint16_t lastHourAvgPower;
+    time32 lastHourMinPowerTime;
+    uint16_t lastHourMinPower;
+    uint16_t lastHourMaxPower;
+    time32 lastHourMaxPowerTime;
+    uint16_t lastDayAvgPower;
+    uint16_t lastDayMinPower;
+    time32 lastDayMinPowerTime;
+    time32 lastDayMaxPowerTime;
+    uint16_t lastDayMaxPower;
+    uint16_t lastWeekAvgPower;
+    int32_t lastWeekMinPowerTime; // shown as a plain number, unlike the other times
+    uint16_t lastWeekMinPower;
+    uint16_t lastWeekMaxPower;
+    uint8_t reserved68[4];
+    char activePolicyName[64];
+    uint16_t activePolicyValue1;
+    uint16_t activePolicyValue2;
+    struct __attribute__((packed)) {
+        uint16_t instWattsPSU1_2;
+        float instAmpsPSU1_2;
+        uint16_t SCViewSledPwr;
+        uint16_t SCViewSledCur;
+    } sysPwrConsumption;
+    struct __attribute__((packed)) {
+        uint8_t collectionPending;
+        uint8_t startMonitoring;
+        uint32_t retryCtr;
+        uint8_t cmaxValid;
+        uint8_t mmaxValid;
+        uint8_t imaxValid;
+        uint64_t CUPS_CMAX;
+        uint64_t CUPS_MMAX;
+        uint64_t CUPS_IMAX;
+    } peciCupsUtilLimits;
+    uint16_t CUPS_CPU;
+    uint16_t CUPS_MEM;
+    uint16_t CUPS_IO;
+    uint16_t CUPS_SYS;
+    sCupsPeriod last_hour;
+    sCupsPeriod last_day;
+    sCupsPeriod last_week;
+    uint16_t peak_util_cups_cpu;
+    uint16_t peak_util_cups_io;
+    uint16_t peak_util_cups_mem;
+    uint16_t peak_util_cups_sys;
+    time32 peak_util_cups_cpu_time;
+    time32 peak_util_cups_io_time;
+    time32 peak_util_cups_mem_time;
+    time32 peak_util_cups_sys_time;
+    sOOBData hour_oob_data[60]; // one a minute
+    sOOBData day_oob_data[24];  // one an hour
+    sOOBData week_oob_data[14]; // one a day
+    time32 peak_util_start_time_cups_cpu;
+    time32 peak_util_start_time_cups_io;
+    time32 peak_util_start_time_cups_mem;
+    time32 peak_util_start_time_cups_sys;
+    sPwrConsEntry CpuPwrCons[5];
+    sPwrConsEntry MemPwrCons[9];
+    sPwrConsEntry SystemInputPwrCons;
+    sPwrConsEntry SystemOutputPwrCons;
+    struct __attribute__((packed)) {
+        time32 time;
+        uint16_t currentChannel1;
+        uint16_t voltageChannel1;
+        uint16_t currentChannel2;
+        uint16_t voltageChannel2;
+        uint16_t currentChannel3;
+        uint16_t voltageChannel3;
+    } subSystemCurrentChannel;
+    struct __attribute__((packed)) {
+        time32 time;
+        float powerChannel1;
+        float powerChannel2;
+        float powerChannel3;
+    } subSystemPowerChannel;
+    struct __attribute__((packed)) {
+        time32 time;
+        uint16_t prochotcntr;
+        uint16_t pwrbrkcntr;
+        uint16_t smbaltcntr;
+        float storagePower;
+        float pciePower;
+        float fanPower;
+        float gpuFanPower;
+        float computeBoardPower;
+        float gpuBoardPower;
+        float psbPower;
+    } subSystemPowerData;
+    sVcoreVRData vcoreVRData[20];
+    uint8_t reserved4165[24470];
+    uint8_t cpuSample[25]; // sub-second
+    uint8_t reserved28660[1];
+    // The UPM data block.
+    sPowerLimits powerLimits;
+    sCpuPwrThermal cpuPwrThermal;
+    uint8_t reserved29009[4];
+    sPolicyData policyData;
+    uint8_t reserved30189[80];
+    uint64_t upmTimestamp; // milliseconds since 1970-01-01 00:00:00 UTC
+};
+static_assert(sizeof(sTolmAbsPowerReporting) == powerReportingSize);
+static_assert(offsetof(sTolmAbsPowerReporting, activePolicyName) == 72);
+static_assert(offsetof(sTolmAbsPowerReporting, sysPwrConsumption) == 140);
+static_assert(offsetof(sTolmAbsPowerReporting, peciCupsUtilLimits) == 150);
+static_assert(offsetof(sTolmAbsPowerReporting, CUPS_CPU) == 183);
+static_assert(offsetof(sTolmAbsPowerReporting, last_hour) == 191);
+static_assert(offsetof(sTolmAbsPowerReporting, last_day) == 247);
+static_assert(offsetof(sTolmAbsPowerReporting, last_week) == 303);
+static_assert(offsetof(sTolmAbsPowerReporting, peak_util_cups_cpu) == 359);
+static_assert(offsetof(sTolmAbsPowerReporting, hour_oob_data) == 383);
+static_assert(offsetof(sTolmAbsPowerReporting, day_oob_data) == 863);
+static_assert(offsetof(sTolmAbsPowerReporting, week_oob_data) == 1055);
+static_assert(offsetof(sTolmAbsPowerReporting, peak_util_start_time_cups_cpu) == 1167);
+static_assert(offsetof(sTolmAbsPowerReporting, CpuPwrCons) == 1183);
+static_assert(offsetof(sTolmAbsPowerReporting, MemPwrCons) == 1268);
+static_assert(offsetof(sTolmAbsPowerReporting, SystemInputPwrCons) == 1421);
+static_assert(offsetof(sTolmAbsPowerReporting, SystemOutputPwrCons) == 1438);
+static_assert(offsetof(sTolmAbsPowerReporting, subSystemCurrentChannel) == 1455);
+static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerChannel) == 1471);
+static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerData) == 1487);
+static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
+static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
+static_assert(offsetof(sTolmAbsPowerReporting, powerLimits) == 28661);
+static_assert(offsetof(sTolmAbsPowerReporting, cpuPwrThermal) == 28821);
+static_assert(offsetof(sTolmAbsPowerReporting, policyData) == 29013);
+static_assert(offsetof(sTolmAbsPowerReporting, policyData.policies) == 29029);
+static_assert(offsetof(sTolmAbsPowerReporting, policyData.reserved30181) == 30181);
+static_assert(offsetof(sTolmAbsPowerReporting, upmTimestamp) == 30269);
+
+// Prints the front of the section in twelve blocks; a failed allocation or read prints its message
+// only.
 void dumpPowerReporting();

@@ -1,2 +1,98 @@
+// The PSU information section (PSU_INFO_SEC) and its report.
 #pragma once
+
+#include "sections/field.h"
+#include "shm/shm.h"
+
+// One power supply unit. Unit n (0..11) starts at byte 816 * n of the section.
+struct __attribute__((packed)) sTolmAbsPSUInfo {
+    uint16_t inputRatingWatts;
+    uint16_t outputRatingWatts;
+    uint8_t lineStatus;
+    uint8_t lineStatusShadow;
+    uint16_t status;
+    uint8_t reserved8[1];
+    uint8_t psuType; // 1: direct current, whose input maximum is u16VinDCMax
+    uint8_t reserved10[2];
+    int32_t psuCapabilities;
+    uint8_t psuSlot;
+    uint8_t psuPartNum[9];
+    uint8_t psuFRUInfo[256];
+    uint8_t psuComponentId[4];
+    uint8_t reserved286[6];
+    uint16_t inputRatingAmps;
+    uint8_t reserved294[2];
+    int32_t inputRatingVolts;
+    uint8_t psuISPMode;
+    uint8_t psuNonCommMode;
+    uint16_t psuACRatedWatts;
+    uint16_t psuDCRatedWatts;
+    uint16_t psuACRatedAmps;
+    uint16_t psuACRatedVolts;
+    uint8_t psuAddressesValid;
+    uint8_t psuFwVersion[15];
+    uint8_t psuInstalled;
+    uint8_t psuPMBus;
+    uint8_t psuFwUpdate;
+    uint8_t psuFwRequestStatus;
+    uint8_t psuFwUpdateStatus;
+    uint8_t reserved331[1];
+    uint8_t psuFwUpdatePwrOFF;
+    uint8_t u8PMBusCRCFailEvent;
+    uint16_t psuAmpReading;
+    uint16_t psuPwrReading;
+    uint8_t u8PSUFeatures;
+    uint8_t u8SleepTrip;
+    uint8_t u8WakeTrip;
+    uint8_t reserved341[1];
+    uint16_t u16PinMax;
+    uint16_t u16VinMax;
+    uint16_t u16IinMax;
+    uint16_t u16PoutMax;
+    uint16_t u16PoutMaxDisplay;
+    uint16_t u16VoutMax;
+    uint16_t u16IoutMax;
+    uint8_t u8PMBusRevision;
+    uint8_t u8VRSubsystem;
+    uint8_t u8PSUFRURead;
+    uint8_t u8SerialNumber[16];
+    uint8_t u8PSUEfficiency[22];
+    uint8_t reserved397[3];
+    float Pin;
+    float Iin;
+    float Vin;
+    float Pout;
+    float Iout;
+    float Vout;
+    float FanSpeed1;
+    uint8_t reserved428[36];
+    int32_t u16VinDCMax; // 4 bytes, whatever the name says
+    uint8_t reserved468[316];
+    float IinOCWLimitMax;
+    float IinOCWLimitMin;
+    float inputOCWHalf;
+    float inputOCW[2];
+    float psuShareMargin;
+    uint8_t reserved808[8];
+};
+static_assert(sizeof(sTolmAbsPSUInfo) == psuRecordSize);
+static_assert(offsetof(sTolmAbsPSUInfo, psuFRUInfo) == 26);
+static_assert(offsetof(sTolmAbsPSUInfo, psuFwVersion) == 311);
+static_assert(offsetof(sTolmAbsPSUInfo, u16PinMax) == 342);
+static_assert(offsetof(sTolmAbsPSUInfo, Pin) == 400);
+static_assert(offsetof(sTolmAbsPSUInfo, u16VinDCMax) == 464);
+static_assert(offsetof(sTolmAbsPSUInfo, IinOCWLimitMax) == 784);
+
+// Where a unit answers. The bus record of unit n starts at byte 9792 + 35 * n of the section.
+struct __attribute__((packed)) sPSUBusInfo {
+    uint8_t bus;
+    uint8_t physicalBus;
+    uint8_t address;
+    char deviceName[32];
+};
+static_assert(sizeof(sPSUBusInfo) == psuBusRecordSize);
+
+// Prints all twelve units, installed or not, each from two reads of its own. A failed allocation or
+// a failed read of a unit's record prints its message and ends the report there; a failed read of a
+// bus record shows as zeros and an empty name.
 void dumpPSUInfo();

@@ -13,8 +13,12 @@ static const char *lineEnd(MessageEnd end) {
     return end == MessageEnd::newline ? "\n" : "";
 }
 
-SectionBuffer allocateBuffer(int32_t size, MessageEnd end) {
-    SectionBuffer buffer(static_cast<uint8_t *>(malloc(static_cast<size_t>(size))));
+SectionBuffer allocateBuffer(int32_t size) {
+    return SectionBuffer(static_cast<uint8_t *>(malloc(static_cast<size_t>(size))));
+}
+
+SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end) {
+    SectionBuffer buffer = allocateBuffer(size);
     if (!buffer) {
         printf("ERROR with malloc sizeof %d!%s", size, lineEnd(end));
     }
@@ -35,7 +39,7 @@ bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_
 }
 
 SectionBuffer readWholeSection(Section section, int32_t size, MessageEnd end) {
-    SectionBuffer buffer = allocateBuffer(size, end);
+    SectionBuffer buffer = allocateBufferOrReport(size, end);
     if (buffer && !readSectionOrReport(section, buffer.get(), 0, size, end)) {
         buffer.reset();
     }

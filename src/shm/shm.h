@@ -34,8 +34,11 @@ using SectionBuffer = std::unique_ptr<uint8_t[], FreeBuffer>;
 // Some failure messages end their line, others leave it open for whatever is printed next.
 enum class MessageEnd { newline, open };
 
-// Allocates `size` bytes with malloc. On failure prints the allocation message and returns null.
-SectionBuffer allocateBuffer(int32_t size, MessageEnd end);
+// Allocates `size` bytes with malloc. Returns null on failure and prints nothing.
+SectionBuffer allocateBuffer(int32_t size);
+
+// As allocateBuffer, but prints the allocation message on failure.
+SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end);
 
 // Copies `length` bytes from byte `offset` of the section. Returns 0, or the library's error code;
 // then what `bytes` holds is the library's business. Prints nothing.

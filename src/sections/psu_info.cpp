@@ -1,0 +1,125 @@
+#include "sections/psu_info.h"
+
+#include <cstdio>
+
+static constexpr int32_t busRecordsStart = psuCount * psuRecordSize;
+static constexpr uint8_t directCurrentType = 1;
+
+static constexpr Style unitStyle{
+    .prefix = "   sPSUPwrSection.", .hyphens = 0, .column = 22, .floatPlaces = 6};
+static constexpr Style busStyle{.prefix = "   sPSUPwrSection.psuBus.", .hyphens = 0, .column = 13};
+
+// A unit's row for its maximum input voltage depends on its type.
+static constexpr Views ofDirectCurrent = 1;
+static constexpr Views ofOtherTypes = 2;
+
+#define BYTES(member) shownAs(Kind::hexBytes, ROW_LABELLED(#member "[]", member))
+
+// One row a line.
+// clang-format off
+using Record = sTolmAbsPSUInfo;
+static constexpr Row fieldsBeforeBus[] = {
+    ROW(inputRatingWatts),
+    ROW(outputRatingWatts),
+    shownAs(Kind::hexBytesAndText, ROW_LEAD("psuFwVersion[] --------------- ", psuFwVersion)),
+    ROW(lineStatus),
+    ROW(lineStatusShadow),
+    ROW(status),
+    ROW(psuType),
+    ROW(psuCapabilities),
+    ROW(psuSlot),
+    shownAs(Kind::hexBytesAndText, ROW_LABELLED("psuPartNum[]", psuPartNum)),
+    BYTES(psuFRUInfo),
+    BYTES(psuComponentId),
+    ROW(psuNonCommMode),
+    ROW(psuISPMode),
+    ROW(inputRatingAmps),
+    ROW(inputRatingVolts),
+};
+
+static constexpr Row fieldsAfterBus[] = {
+    line(""),
+    ROW(psuACRatedWatts),
+    ROW(psuDCRatedWatts),
+    ROW(psuACRatedAmps),
+    ROW(psuACRatedVolts),
+    ROW(psuAddressesValid),
+    BYTES(psuFwVersion),
+    ROW(psuInstalled),
+    ROW(psuPMBus),
+    ROW(psuFwUpdate),
+    ROW(psuFwRequestStatus),
+    ROW(psuFwUpdateStatus),
+    ROW(psuFwUpdatePwrOFF),
+    ROW(u8PMBusCRCFailEvent),
+    ROW(psuAmpReading),
+    ROW(psuPwrReading),
+    ROW(u8PSUFeatures),
+    ROW(u8SleepTrip),
+    ROW(u8WakeTrip),
+    ROW(u16PinMax),
+    onlyIn(ofDirectCurrent, ROW_LEAD("u16VinDCMax ------------- ", u16VinDCMax)),
+    onlyIn(ofOtherTypes, ROW(u16VinMax)),
+    ROW(u16IinMax),
+    ROW(u16PoutMax),
+    ROW(u16PoutMaxDisplay),
+    ROW(u16VoutMax),
+    ROW(u16IoutMax),
+    ROW(u8PMBusRevision),
+    ROW(u8VRSubsystem),
+    ROW(u8PSUFRURead),
+    ROW_LEAD("IinOCWLimitMax ---------- ", IinOCWLimitMax),
+    ROW_LEAD("IinOCWLimitMin ---------- ", IinOCWLimitMin),
+    ROW_LEAD("inputOCWHalf ------------ ", inputOCWHalf),
+    ROW_LEAD("psuShareMargin ---------- ", psuShareMargin),
+    ROW_LEAD("inputOCW[0] ------ -- ", inputOCW[0]),
+    ROW_LEAD("inputOCW[1] ------ -- ", inputOCW[1]),
+    BYTES(u8SerialNumber),
+    BYTES(u8PSUEfficiency),
+    ROW_LEAD("Pin --------- ", Pin),
+    ROW_LEAD("Iin ---------- ", Iin),
+    ROW_LEAD("Vin ---------- ", Vin),
+    ROW_LEAD("Pout --------- ", Pout),
+    ROW_LEAD("Iout --------- ", Iout),
+    ROW_LEAD("Vout --------- ", Vout),
+    ROW_LEAD("FanSpeed1 ---- ", FanSpeed1),
+};
+
+namespace bus {
+using Record = sPSUBusInfo;
+static constexpr Row fields[] = {
+    ROW(bus),
+    ROW(physicalBus),
+    ROW(address),
+    ROW_LEAD("deviceName ------ ", deviceName),
+};
+} // namespace bus
+// clang-format on
+
+static void printUnit(int32_t unit, const uint8_t *record) {
+    const bool isDirectCurrent = record[offsetof(Record, psuType)] == directCurrentType;
+
+    printf("sTolmAbsPSUInfo DATA::: sizeof structure = %d\n", psuRecordSize);
+    printf("INFO FOR PSU %d ::\n", unit + 1);
+    printRows(unitStyle, fieldsBeforeBus, record);
+
+    // Zeros stand for a bus record that cannot be read.
+    uint8_t busRecord[psuBusRecordSize] = {};
+    readSection(Section::psuInfo, busRecord, busRecordsStart + psuBusRecordSize * unit,
+                psuBusRecordSize);
+    printRows(busStyle, bus::fields, busRecord);
+
+    printRows(unitStyle, fieldsAfterBus, record, isDirectCurrent ? ofDirectCurrent : ofOtherTypes);
+    puts("\n");
+}
+
+void dumpPSUInfo() {
+    const SectionBuffer record = allocateBufferOrReport(psuRecordSize, MessageEnd::newline);
+    for (int32_t unit = 0; record && unit < psuCount; ++unit) {
+        if (!readSectionOrReport(Section::psuInfo, record.get(), psuRecordSize * unit,
+                                 psuRecordSize, MessageEnd::newline)) {
+            return;
+        }
+        printUnit(unit, record.get());
+    }
+}

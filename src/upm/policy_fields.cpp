@@ -1,0 +1,44 @@
+#include "upm/policy_fields.h"
+
+using Record = sPolicy;
+
+#define NUMBER(member, max)                                                                        \
+    { ROW(member), PolicyPrompt::unsignedNumber, max, "", "" }
+#define SWITCH(member)                                                                             \
+    { ROW(member), PolicyPrompt::longNumber, 1, " (0/1)", "" }
+
+// One row a line.
+// clang-format off
+const PolicyField policyFields[policyFieldCount] = {
+    SWITCH(state),
+    NUMBER(policyPowerLimit, 100000),
+    NUMBER(policyPowerLimitMultiplier, 1000),
+    SWITCH(PolicyAggressiveIntervalEnable),
+    SWITCH(PolicySetLimitToFloorImmediateEnable),
+    NUMBER(PolicyResponseTimeLimit, 1000000),
+    NUMBER(PolicyTotalResponseDelay, 1000000),
+    NUMBER(PolicyRampUpDelay, 1000000),
+    NUMBER(PolicyRampUpDuration, 1000000),
+    SWITCH(limitingState),
+    SWITCH(PolicyActiveState),
+    NUMBER(NumResponseTimeLimitInterval, 100000),
+    NUMBER(NumDecisionInterval, 100000),
+    NUMBER(NumRampUpDurationInterval, 100000),
+    NUMBER(NumRampUpDelayInterval, 100000),
+    NUMBER(NumLimitParkingInterval, 100000),
+    NUMBER(NumTotalResponseDelayInterval, 100000),
+    NUMBER(NumRampUpRaiseLimitInterval, 100000),
+    NUMBER(LoadSubsidedThreshold, 100000),
+    SWITCH(PolicyEnableOverride),
+    NUMBER(LimitParkingDuration, 1000000),
+    NUMBER(LoadSubsidedPercentThreshold, 100),
+    NUMBER(SFMultiplier, 100000),
+    NUMBER(SFOffset, 100000),
+    NUMBER(PolicyHysteresis, 100000),
+    {ROW(PolicyDomain), PolicyPrompt::longNumber, 3, " (0=cpu,1=mem,2=system,3=gpu)", " (0=cpu..3=gpu)"},
+    NUMBER(PolicyPwrInputSource, UINT32_MAX),
+    NUMBER(PolicyPwrInputSimulData, UINT32_MAX),
+    NUMBER(PolicyExcursion, UINT32_MAX),
+    NUMBER(PolicyExcursionCounter, UINT32_MAX),
+};
+// clang-format on

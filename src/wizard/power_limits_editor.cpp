@@ -1,0 +1,82 @@
+#include "wizard/editors.h"
+#include "wizard/prompts.h"
+#include "wizard/section_editing.h"
+
+#include <cstdio>
+
+using Record = sTolmAbsPowerReporting;
+
+static constexpr uint32_t maxPower = 100000;
+static constexpr uint32_t maxPercent = 100;
+
+// One row a line.
+// clang-format off
+static constexpr Question cpuQuestions[] = {
+    {"Overwrite PPL?", "PPL", maxPower, ROW(powerLimits.cpuPPL)},
+    {"Overwrite PL1?", "PL1", maxPower, ROW(powerLimits.cpuPL1)},
+    {"Overwrite PL2?", "PL2", maxPower, ROW(powerLimits.cpuPL2)},
+    {"Overwrite PL4?", "PL4", maxPower, ROW(powerLimits.cpuPL4)},
+    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", maxPercent, ROW(powerLimits.dimmBwThrtlPerc)},
+};
+static constexpr Question systemQuestions[] = {
+    {"Overwrite sysPL1?", "sysPL1", maxPower, ROW(powerLimits.sysPL1)},
+    {"Overwrite sysPL2?", "sysPL2", maxPower, ROW(powerLimits.sysPL2)},
+};
+// clang-format on
+
+static sPowerLimits limitsOf(const uint8_t *copy) {
+    return load<sPowerLimits>(copy + offsetof(Record, powerLimits));
+}
+
+static void printCpuLimits(const sPowerLimits &limits, int32_t cpu) {
+    printf("cpu[%d]: PPL=%u PL1=%u PL2=%u PL4=%u dimmBwThrtlPerc=%u\n", cpu, limits.cpuPPL[cpu],
+           limits.cpuPL1[cpu], limits.cpuPL2[cpu], limits.cpuPL4[cpu], limits.dimmBwThrtlPerc[cpu]);
+}
+
+static void printSystemLimits(const sPowerLimits &limits) {
+    printf("sysPL1=%u sysPL2=%u\n", limits.sysPL1, limits.sysPL2);
+}
+
+static void previewCpuPowerLimits(const uint8_t *copy) {
+    const sPowerLimits limits = limitsOf(copy);
+    puts("\n--- CPU Power Limits Preview ---");
+    for (int32_t cpu = 0; cpu < cpuCount; ++cpu) {
+        printCpuLimits(limits, cpu);
+    }
+    printSystemLimits(limits);
+}
+
+void editCpuPowerLimits() {
+    const SectionBuffer buffer = allocateBuffer(powerReportingSize);
+    uint8_t *copy = buffer.get();
+    if (copy == nullptr || !readCopy(copy)) {
+        return;
+    }
+    previewCpuPowerLimits(copy);
+    for (;;) {
+        int32_t choice = 0;
+        int32_t cpu = 0;
+        puts("\nCPU limits editor:\n"
+             " 1) Edit per-CPU (PPL/PL1/PL2/PL4/dimmBwThrtlPerc)\n"
+             " 2) Edit system (sysPL1/sysPL2)\n"
+             " 0) Back");
+        if (promptInt("Select", 0, 2, choice) != 0 || choice == 0) {
+            return;
+        }
+        if (choice == 1) {
+            if (promptInt("CPU index", 0, cpuCount - 1, cpu) != 0) {
+                return;
+            }
+            printf("Current ");
+            printCpuLimits(limitsOf(copy), cpu);
+            askQuestions(cpuQuestions, cpu);
+        } else {
+            printf("Current: ");
+            printSystemLimits(limitsOf(copy));
+            askQuestions(systemQuestions, 0);
+        }
+        if (readCopy(copy)) {
+            previewCpuPowerLimits(copy);
+        }
+    }
+}

@@ -1,0 +1,132 @@
+#include "wizard/prompts.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+int readInputLine(char *buffer, size_t capacity) {
+    const int descriptor = fileno(stdin);
+    if (descriptor < 0 || isatty(descriptor) == 0) {
+        return -1;
+    }
+    char *line = nullptr;
+    size_t allocated = 0;
+    const ssize_t length = getdelim(&line, &allocated, '\n', stdin);
+    if (length > 0) {
+        const auto read = static_cast<size_t>(length);
+        const size_t kept = std::min(line[read - 1] == '\n' ? read - 1 : read, capacity - 1);
+        memcpy(buffer, line, kept);
+        buffer[kept] = '\0';
+    }
+    free(line);
+    return length > 0 ? 0 : -1;
+}
+
+// The dialogue that the numeric prompts share. `convert` takes the line and where to leave the end
+// of what it converted, and returns whether the value is within its bounds.
+template <typename PrintPrompt, typename Convert>
+static int askForNumber(const char *malformed, PrintPrompt printPrompt, Convert convert) {
+    char line[64];
+    for (;;) {
+        printPrompt();
+        fflush(stdout);
+        if (readInputLine(line, sizeof line) != 0) {
+            return -1;
+        }
+        if (line[0] == '\0') {
+            puts("Please enter a number.");
+            continue;
+        }
+        char *rest = line;
+        errno = 0;
+        const bool isInRange = convert(line, &rest);
+        if (errno != 0 || *rest != '\0') {
+            puts(malformed);
+        } else if (!isInRange) {
+            puts("Out of range.");
+        } else {
+            return 0;
+        }
+    }
+}
+
+int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
+    uint64_t value = 0;
+    const int status = askForNumber(
+        "Invalid unsigned integer.", [&] { printf("%s [0..%lu]: ", label, max); },
+        [&](const char *line, char **rest) {
+            value = strtoul(line, rest, 10); // negates modulo 2^64 behind a minus sign
+            return value <= max;
+        });
+    if (status == 0) {
+        out = static_cast<uint32_t>(value);
+    }
+    return status;
+}
+
+int promptLong(const char *label, uint64_t max, int64_t &out) {
+    int64_t value = 0;
+    const int status = askForNumber(
+        "Invalid integer.", [&] { printf("%s [0..%lu]: ", label, max); },
+        [&](const char *line, char **rest) {
+            value = strtol(line, rest, 10);
+            return static_cast<uint64_t>(value) <= max; // so no negative value is
+        });
+    if (status == 0) {
+        out = value;
+    }
+    return status;
+}
+
+int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
+    int64_t value = 0;
+    const int status = askForNumber(
+        "Invalid number.", [&] { printf("%s [%d..%d]: ", label, min, max); },
+        [&](const char *line, char **rest) {
+            value = strtol(line, rest, 10);
+            return min <= value && value <= max;
+        });
+    if (status == 0) {
+        out = static_cast<int32_t>(value);
+    }
+    return status;
+}
+
+int promptDouble(const char *label, double min, double max, double &out) {
+    double value = 0;
+    const int status = askForNumber(
+        "Invalid floating value.", [&] { printf("%s [%.2f..%.2f]: ", label, min, max); },
+        [&](const char *line, char **rest) {
+            value = strtod(line, rest);
+            return !(value < min) && !(value > max);
+        });
+    if (status == 0) {
+        out = value;
+    }
+    return status;
+}
+
+int promptYesNo(const char *question) {
+    char line[32];
+    for (;;) {
+        printf("%s (default: n) [y/n]: ", question);
+        fflush(stdout);
+        if (readInputLine(line, sizeof line) != 0) {
+            return 0;
+        }
+        switch (line[0]) {
+        case 'y':
+        case 'Y':
+            return 1;
+        case 'n':
+        case 'N':
+        case '\0':
+            return 0;
+        default:
+            puts("Please answer y or n.");
+        }
+    }
+}

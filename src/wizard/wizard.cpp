@@ -1,0 +1,45 @@
+#include "wizard/wizard.h"
+
+#include "wizard/editors.h"
+#include "wizard/prompts.h"
+
+#include <cstdio>
+
+static void editGroup(int32_t group) {
+    switch (group) {
+    case 1:
+        editCpuPowerLimits();
+        break;
+    case 2:
+        editThermalData();
+        break;
+    default:
+        editPolicy();
+    }
+}
+
+void runOverwriteWizard() {
+    for (;;) {
+        int32_t group = 0;
+        int32_t next = 0;
+        puts("\n============ Overwrite Wizard ============\n"
+             " 1) CPU power limits data\n"
+             " 2) Thermal data\n"
+             " 3) Policies data\n"
+             " 0) Exit");
+        if (promptInt("Select", 0, 3, group) != 0 || group == 0) {
+            return;
+        }
+        editGroup(group);
+        puts("\nNext?\n"
+             " 1) Continue same group\n"
+             " 2) Switch group\n"
+             " 0) Exit");
+        if (promptInt("Select", 0, 2, next) != 0 || next == 0) {
+            return;
+        }
+        if (next == 1) {
+            editGroup(group);
+        }
+    }
+}
