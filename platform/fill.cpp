@@ -1,57 +1,36 @@
-// Fills the stand-in's shared memory with plausible data, so that every report has something to
-// show: every field that a report prints is non-zero and differs from its neighbours.
-#include "sections/power_config.h"
+// Creates the sections of the stand-in's shared memory and fills them with demo data.
+#include "demo_data.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
+static constexpr int failedStatus = 1;
+static constexpr int existedStatus = 2;
 
-constexpr int failed = 1;
-constexpr int existed = 2;
-
-time32 secondsAgo(int seconds) {
-    return static_cast<time32>(static_cast<uint32_t>(time(nullptr) - seconds));
-}
-
-void fillPowerConfig(sTolmAbsPowerConfigClr &record) {
-    record.peakHeadroom = 412.5F;
-    record.instHeadroom = 287;
-    record.peakPowerTime = static_cast<int32_t>(secondsAgo(5400));
-    record.peakPowerStartTime = static_cast<int32_t>(secondsAgo(86400));
-    record.peakAmpsTime = secondsAgo(5340);
-    record.peakAmpsStartTime = secondsAgo(86340);
-    record.cumulativePower = 19342;
-    record.cumulativePowerStartTime = static_cast<int32_t>(secondsAgo(2592000));
-    record.cumulativeStartEnergy = 1024.75F;
-}
-
-// Writes one section to its file. Returns the exit status that it stands for.
-int writeSection(const char *folder, Section section, const void *bytes, size_t size, bool force) {
+// Writes one section to its file. Returns the exit status that the outcome stands for.
+template <typename Record>
+static int writeSection(const char *folder, Section section, const Record &record, bool force) {
     char path[512];
     snprintf(path, sizeof path, "%s/section-%d", folder, static_cast<int>(section));
     const int descriptor =
         open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (force ? O_TRUNC : O_EXCL), 0666);
     if (descriptor < 0 && errno == EEXIST) {
         printf("%s is there already: left as it is\n", path);
-        return existed;
+        return existedStatus;
     }
-    if (descriptor < 0 || write(descriptor, bytes, size) != static_cast<ssize_t>(size) ||
+    if (descriptor < 0 || write(descriptor, &record, sizeof record) != ssize_t{sizeof record} ||
         close(descriptor) != 0) {
         printf("%s: %s\n", path, strerror(errno));
-        return failed;
+        return failedStatus;
     }
-    printf("%s: %zu bytes\n", path, size);
+    printf("%s: %zu bytes\n", path, sizeof record);
     return 0;
 }
-
-} // namespace
 
 int main(int argc, char **argv) {
     const bool force = argc == 2 && strcmp(argv[1], "--force") == 0;
@@ -62,26 +41,30 @@ int main(int argc, char **argv) {
             "/dev/shm/tolm, and fills them with plausible data. Sections that are there already\n"
             "stay as they are (exit status 2) unless --force is given.\n",
             argv[0]);
-        return failed;
+        return failedStatus;
     }
     const char *named = getenv("TOLM_SHM_DIR");
     const char *folder = named != nullptr ? named : "/dev/shm/tolm";
     mkdir(folder, 0777); // if this fails, so does every section, and says why
 
+    static sPwrIpmiGlobalSec1 globalSection;
+    static PsuInfoSection psuInfo;
+    static sTolmAbsPowerReporting powerReporting;
     static sTolmAbsPowerConfigClr powerConfig;
+    fillGlobalSection(globalSection);
+    fillPsuInfo(psuInfo);
+    fillPowerReporting(powerReporting);
     fillPowerConfig(powerConfig);
 
-    const struct {
-        Section section;
-        const void *bytes;
-        size_t size;
-    } sections[] = {
-        {Section::powerConfig, &powerConfig, sizeof powerConfig},
+    const int statuses[] = {
+        writeSection(folder, Section::globalPower, globalSection, force),
+        writeSection(folder, Section::psuInfo, psuInfo, force),
+        writeSection(folder, Section::powerReporting, powerReporting, force),
+        writeSection(folder, Section::powerConfig, powerConfig, force),
     };
-    int status = 0;
-    for (const auto &s : sections) {
-        const int result = writeSection(folder, s.section, s.bytes, s.size, force);
-        status = status == failed ? failed : result != 0 ? result : status;
+    int outcome = 0;
+    for (const int status : statuses) {
+        outcome = outcome == failedStatus || status == 0 ? outcome : status;
     }
-    return status;
+    return outcome;
 }

@@ -1,0 +1,18 @@
+// Plausible values for the four sections: every field that a report prints is non-zero and differs
+// from its neighbours. Times are of the day that ends now.
+#pragma once
+
+#include "sections/global_section.h"
+#include "sections/power_config.h"
+#include "sections/power_reporting.h"
+#include "sections/psu_info.h"
+
+struct __attribute__((packed)) PsuInfoSection {
+    sTolmAbsPSUInfo units[psuCount];
+    sPSUBusInfo buses[psuCount];
+};
+
+void fillGlobalSection(sPwrIpmiGlobalSec1 &record);
+void fillPsuInfo(PsuInfoSection &section);
+void fillPowerReporting(sTolmAbsPowerReporting &record);
+void fillPowerConfig(sTolmAbsPowerConfigClr &record);
