@@ -39,7 +39,7 @@ template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
     }
 }
 
-sPwrConsEntry consumption(int current, int minutes) {
+sPwrConsEntry consumptionOf(int current, int minutes) {
     sPwrConsEntry entry{};
     entry.u16CurPwr = watts(current);
     entry.u16MinPwr = watts(current * 6 / 10);
@@ -203,10 +203,10 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     record.sSysLevelSensor.u16PeakCurrent = 42;
     record.sSysLevelSensor.u16AvgPower = 574;
     for (int i = 0; i < 4; ++i) {
-        record.CpuPowerStat[i] = consumption(150 + 5 * i, i + 1);
+        record.CpuPowerStat[i] = consumptionOf(150 + 5 * i, i + 1);
     }
     for (int i = 0; i < 8; ++i) {
-        record.MemPowerStat[i] = consumption(20 + 3 * i, i + 5);
+        record.MemPowerStat[i] = consumptionOf(20 + 3 * i, i + 5);
     }
 }
 
@@ -270,13 +270,13 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.peak_util_start_time_cups_mem = minutesAgo(1438);
     record.peak_util_start_time_cups_sys = minutesAgo(1437);
     for (int i = 0; i < 5; ++i) {
-        record.CpuPwrCons[i] = consumption(150 + 5 * i, i + 1);
+        record.CpuPwrCons[i] = consumptionOf(150 + 5 * i, i + 1);
     }
     for (int i = 0; i < 9; ++i) {
-        record.MemPwrCons[i] = consumption(20 + 3 * i, i + 6);
+        record.MemPwrCons[i] = consumptionOf(20 + 3 * i, i + 6);
     }
-    record.SystemInputPwrCons = consumption(612, 1);
-    record.SystemOutputPwrCons = consumption(575, 2);
+    record.SystemInputPwrCons = consumptionOf(612, 1);
+    record.SystemOutputPwrCons = consumptionOf(575, 2);
     record.subSystemCurrentChannel = {minutesAgo(3), 11, 120, 14, 121, 9, 119};
     record.subSystemPowerChannel = {minutesAgo(4), 132.5F, 168.25F, 107.75F};
     record.subSystemPowerData = {minutesAgo(5), 2,     1,       3,       38.5F, 61.25F,

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-static constexpr int valuesPerLine = 16;
+static constexpr size_t valuesPerLine = 16;
 static constexpr char valueIndent[] = "       ";
 
 size_t elementSize(Kind kind) {
@@ -41,143 +41,169 @@ static const char *domainName(uint16_t domain) {
     }
 }
 
-void printLead(const Style &style, const Row &row, int element) {
-    static constexpr char run[] = "------------------------------------------";
-    fputs(style.prefix, stdout);
-    if (row.isWholeLead) {
-        fputs(row.label, stdout);
+void putLead(Output &out, const Style &style, const Row &row, int element) {
+    out.put(style.prefix);
+    const size_t labelStart = out.length();
+    out.put(row.label);
+    if (row.shape.isWholeLead) {
         return;
     }
-    int length = printf("%s", row.label);
     if (element >= 0) {
-        length += printf("[%d]", element);
+        out.put('[');
+        out.putSigned(element);
+        out.put(']');
     }
-    printf(" %.*s ", style.column != 0 ? style.column - length : style.hyphens, run);
+    const auto labelLength = static_cast<int>(out.length() - labelStart);
+    out.put(' ');
+    out.putRun('-', style.column != 0 ? style.column - labelLength : style.hyphens);
+    out.put(' ');
 }
 
-// Prints the value lines of an array, each value followed by a blank.
-static void printValues(Kind kind, const uint8_t *values, size_t count) {
-    fputs(valueIndent, stdout);
+static void putArrayValue(Output &out, Kind kind, const uint8_t *values, size_t i) {
+    switch (kind) {
+    case Kind::decimalBytes:
+        out.putUnsigned(values[i]);
+        break;
+    case Kind::decimalWords:
+        out.putUnsigned(load<uint16_t>(values + 2 * i));
+        break;
+    case Kind::hexWords:
+        out.putHex(load<uint16_t>(values + 2 * i), 2);
+        break;
+    case Kind::hexWords4:
+        out.putHex(load<uint16_t>(values + 2 * i), 4);
+        break;
+    default:
+        out.putHex(values[i], 2);
+    }
+    out.put(' ');
+}
+
+// Puts the value lines of an array; every value is followed by a blank.
+static void putArrayValues(Output &out, Kind kind, const uint8_t *values, size_t count) {
+    out.put(valueIndent);
     if (kind == Kind::decimalBytes) {
-        fputs("In DEC: ", stdout);
+        out.put("In DEC: ");
     }
     for (size_t i = 0; i < count; ++i) {
         if (i > 0 && i % valuesPerLine == 0) {
-            printf("\n%s", valueIndent);
+            out.put('\n');
+            out.put(valueIndent);
         }
-        switch (kind) {
-        case Kind::decimalBytes:
-            printf("%d ", values[i]);
-            break;
-        case Kind::decimalWords:
-            printf("%d ", load<uint16_t>(values + 2 * i));
-            break;
-        case Kind::hexWords:
-            printf("0x%02x ", load<uint16_t>(values + 2 * i));
-            break;
-        case Kind::hexWords4:
-            printf("0x%04x ", load<uint16_t>(values + 2 * i));
-            break;
-        default:
-            printf("0x%02x ", values[i]);
-        }
+        putArrayValue(out, kind, values, i);
     }
-    putchar('\n');
+    out.put('\n');
 }
 
-static void printValue(const Style &style, const Row &row, const uint8_t *at) {
+// Puts the value or values of a row and what ends the line.
+static void putValue(Output &out, const Style &style, const Row &row, const uint8_t *at) {
     char text[timeTextSize];
-    switch (row.kind) {
+    switch (row.shape.kind) {
     case Kind::u8:
-        printf("%d\n", load<uint8_t>(at));
+        out.putUnsigned(load<uint8_t>(at));
         break;
     case Kind::u16:
-        printf("%d\n", load<uint16_t>(at));
+        out.putUnsigned(load<uint16_t>(at));
         break;
     case Kind::u32:
-        printf("%u\n", load<uint32_t>(at));
+        out.putUnsigned(load<uint32_t>(at));
         break;
     case Kind::u64:
-        printf("%lu\n", load<uint64_t>(at));
+        out.putUnsigned(load<uint64_t>(at));
         break;
     case Kind::i16:
-        printf("%u\n", static_cast<uint32_t>(load<int16_t>(at)));
+        out.putUnsigned(static_cast<uint32_t>(load<int16_t>(at)));
         break;
     case Kind::i32:
-        printf(style.unsignedWords ? "%u\n" : "%d\n", load<int32_t>(at));
+        if (style.unsignedWords) {
+            out.putUnsigned(load<uint32_t>(at));
+        } else {
+            out.putSigned(load<int32_t>(at));
+        }
         break;
     case Kind::f32:
-        printf("%.*f\n", style.floatPlaces, static_cast<double>(load<float>(at)));
+        out.putFixed(load<float>(at), style.floatPlaces);
         break;
     case Kind::f64:
-        printf("%g\n", load<double>(at));
+        out.putGeneral(load<double>(at));
         break;
     case Kind::time:
-        printf("%s\n", time32ToString(load<time32>(at), text));
+        out.put(time32ToString(load<time32>(at), text));
         break;
-    case Kind::timeUnspaced:
-        printf("%s", time32ToString(load<time32>(at), text));
+    case Kind::timeUnspaced: // its line end is the text's own
+        out.put(time32ToString(load<time32>(at), text), timeTextSize - 2);
         break;
     case Kind::text:
-        printf("%.*s\n", row.count, reinterpret_cast<const char *>(at));
+        out.put(reinterpret_cast<const char *>(at),
+                strnlen(reinterpret_cast<const char *>(at), row.shape.count));
         break;
     case Kind::domain:
-        printf("%u (%s)\n", load<uint16_t>(at), domainName(load<uint16_t>(at)));
+        out.putUnsigned(load<uint16_t>(at));
+        out.put(" (");
+        out.put(domainName(load<uint16_t>(at)));
+        out.put(')');
         break;
     case Kind::hexByte:
-        printf("0x%02x\n", load<uint8_t>(at));
+        out.putHex(load<uint8_t>(at), 2);
         break;
     case Kind::hexBytes:
-    case Kind::hexBytesAndText:
     case Kind::hexWords:
     case Kind::hexWords4:
     case Kind::decimalBytes:
     case Kind::decimalWords:
-        putchar('\n');
-        printValues(row.kind, at, row.count);
-        if (row.kind == Kind::hexBytesAndText) {
-            printf("%sASCII String - ", valueIndent);
-            fwrite(at, 1, row.count, stdout);
-            putchar('\n');
-        }
+        out.put('\n');
+        putArrayValues(out, row.shape.kind, at, row.shape.count);
+        return;
+    case Kind::hexBytesAndText:
+        out.put('\n');
+        putArrayValues(out, row.shape.kind, at, row.shape.count);
+        out.put(valueIndent);
+        out.put("ASCII String - ");
+        out.put(reinterpret_cast<const char *>(at), row.shape.count);
         break;
     case Kind::line:
     case Kind::record:
         break;
     }
+    out.put('\n');
 }
 
-void printRow(const Style &style, const Row &row, const uint8_t *record) {
-    if (row.kind == Kind::line) {
-        puts(row.label);
-        return;
-    }
-    if (row.count == 0 || row.kind >= Kind::text) {
-        printLead(style, row, -1);
-        printValue(style, row, record + row.offset);
-        return;
-    }
-    for (size_t i = 0; i < row.count; ++i) {
-        printLead(style, row, static_cast<int>(i));
-        printValue(style, row, record + row.offset + i * elementSize(row.kind));
-    }
-}
-
-void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record, Views views) {
-    for (const Row &row : rows) {
-        if ((row.views & views) != 0) {
-            printRow(style, row, record);
+void putRow(Output &out, const Style &style, const Row &row, const uint8_t *record) {
+    if (row.shape.kind == Kind::line) {
+        out.putLine(row.label);
+    } else if (row.shape.count == 0 || row.shape.kind >= Kind::text) {
+        putLead(out, style, row, -1);
+        putValue(out, style, row, record + row.shape.offset);
+    } else {
+        for (size_t i = 0; i < row.shape.count; ++i) {
+            putLead(out, style, row, static_cast<int>(i));
+            putValue(out, style, row, record + row.shape.offset + i * elementSize(row.shape.kind));
         }
     }
 }
 
-void printArray(const Style &style, const char *name, std::span<const Row> rows,
-                const uint8_t *records, size_t size, int count) {
+void putRows(Output &out, const Style &style, const Rows &rows, const uint8_t *record,
+             Views views) {
+    for (size_t i = 0; i < rows.count; ++i) {
+        const Row row = rows[i];
+        if ((row.shape.views & views) != 0) {
+            putRow(out, style, row, record);
+        }
+    }
+}
+
+void printRows(const Style &style, const Rows &rows, const uint8_t *record, Views views) {
+    Output out;
+    putRows(out, style, rows, record, views);
+}
+
+void putArray(Output &out, const Style &style, const char *name, const Rows &rows,
+              const uint8_t *records, size_t size, int count) {
     for (int i = 0; i < count; ++i) {
         char prefix[64];
         snprintf(prefix, sizeof prefix, "%s%.24s[%d].", style.prefix, name, i);
         Style led = style;
         led.prefix = prefix;
-        printRows(led, rows, records + static_cast<size_t>(i) * size);
+        putRows(out, led, rows, records + static_cast<size_t>(i) * size);
     }
 }

@@ -19,10 +19,13 @@
 // place of label and hyphens (ROW_LEAD), another kind (shownAs), views that lack it (onlyIn).
 #pragma once
 
+#include "sections/output.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <span>
+#include <iterator>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -62,13 +65,17 @@ enum class Kind : uint8_t {
 using Views = uint8_t;
 inline constexpr Views allViews = 0xFF;
 
-struct Row {
-    char label[50]; // in the row itself: a pointer would cost a relocation at every start
-    bool isWholeLead;
+struct RowShape {
+    bool isWholeLead; // the label is all that stands before the value
     Kind kind;
     Views views;
     uint16_t count;  // of elements; 0 for a scalar
     uint16_t offset; // of the first byte within the record
+};
+
+struct Row {
+    const char *label;
+    RowShape shape;
 };
 
 // What the rows of one table have in common.
@@ -108,14 +115,9 @@ template <typename T> consteval Kind kindOf() {
     }
 }
 
-template <size_t length>
-consteval Row makeRow(const char (&label)[length], Kind kind, size_t count, size_t offset) {
-    Row row{{}, false, kind, allViews, static_cast<uint16_t>(count), static_cast<uint16_t>(offset)};
-    static_assert(length <= sizeof row.label);
-    for (size_t i = 0; i < length; ++i) {
-        row.label[i] = label[i];
-    }
-    return row;
+consteval Row makeRow(const char *label, Kind kind, size_t count, size_t offset) {
+    return {label,
+            {false, kind, allViews, static_cast<uint16_t>(count), static_cast<uint16_t>(offset)}};
 }
 
 // Each needs an alias `Record` for the struct that the path starts from.
@@ -127,23 +129,80 @@ consteval Row makeRow(const char (&label)[length], Kind kind, size_t count, size
 #define TYPE_OF(path) std::remove_reference_t<decltype(std::declval<Record &>().path)>
 
 consteval Row wholeLead(Row row) {
-    row.isWholeLead = true;
+    row.shape.isWholeLead = true;
     return row;
 }
 
 consteval Row shownAs(Kind kind, Row row) {
-    row.kind = kind;
+    row.shape.kind = kind;
     return row;
 }
 
 consteval Row onlyIn(Views views, Row row) {
-    row.views = views;
+    row.shape.views = views;
     return row;
 }
 
 // A line that shows no member.
-template <size_t length> consteval Row line(const char (&text)[length]) {
+consteval Row line(const char *text) {
     return makeRow(text, Kind::line, 0, 0);
+}
+
+// A table as the program carries it: with its labels in one piece behind it, since a pointer in
+// every row would cost a relocation at every start and four times the bytes.
+struct StoredRow {
+    uint16_t label; // where it begins in the labels
+    RowShape shape;
+};
+
+template <size_t rowCount, size_t labelSize> struct Table {
+    StoredRow rows[rowCount];
+    char labels[labelSize];
+};
+
+// The rows of a table, or the first of them.
+struct Rows {
+    template <size_t rowCount, size_t labelSize>
+    constexpr Rows(const Table<rowCount, labelSize> &table, size_t firstRows = rowCount)
+        : rows(table.rows), labels(table.labels), count(firstRows) {}
+    Row operator[](size_t i) const {
+        return {labels + rows[i].label, rows[i].shape};
+    }
+
+    const StoredRow *rows;
+    const char *labels;
+    size_t count;
+};
+
+// What is written down may have more columns than the row.
+constexpr const Row &rowOf(const auto &written) {
+    if constexpr (requires { written.row; }) {
+        return written.row;
+    } else {
+        return written;
+    }
+}
+
+// Makes a table of an array of rows.
+template <const auto &written> consteval auto makeTable() {
+    constexpr size_t labelSize = [] {
+        size_t size = 0;
+        for (const auto &entry : written) {
+            size += std::char_traits<char>::length(rowOf(entry).label) + 1;
+        }
+        return size;
+    }();
+    Table<std::size(written), labelSize> table{};
+    size_t used = 0;
+    for (size_t i = 0; i < std::size(written); ++i) {
+        const Row &row = rowOf(written[i]);
+        table.rows[i] = {static_cast<uint16_t>(used), row.shape};
+        for (const char *from = row.label; *from != '\0'; ++from) {
+            table.labels[used++] = *from;
+        }
+        table.labels[used++] = '\0';
+    }
+    return table;
 }
 
 // Bytes of one value of a kind; of one element, where the kind is an array's.
@@ -156,17 +215,20 @@ template <typename T> T load(const uint8_t *at) {
     return value;
 }
 
-// Prints what stands before a row's value, with "[element]" behind the label unless it is -1.
-void printLead(const Style &style, const Row &row, int element);
+// Puts what stands before a row's value, with "[element]" behind the label unless it is -1.
+void putLead(Output &out, const Style &style, const Row &row, int element);
 
-// Prints the line or lines of one row from the record that starts at `record`.
-void printRow(const Style &style, const Row &row, const uint8_t *record);
+// Puts the line or lines of one row of the record that starts at `record`.
+void putRow(Output &out, const Style &style, const Row &row, const uint8_t *record);
 
-// Prints, in order, the rows that appear in any of the views.
-void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record,
-               Views views = allViews);
+// Puts, in order, the rows that appear in any of the views.
+void putRows(Output &out, const Style &style, const Rows &rows, const uint8_t *record,
+             Views views = allViews);
 
-// Prints the rows of each of `count` records of `size` bytes that follow one another: the labels
-// are led by the array's name, at most 24 characters, and the record's index, "name[0].".
-void printArray(const Style &style, const char *name, std::span<const Row> rows,
-                const uint8_t *records, size_t size, int count);
+// Puts the rows of each of `count` records of `size` bytes that follow one another: the labels are
+// led by the array's name, at most 24 characters, and the record's index, "name[0].".
+void putArray(Output &out, const Style &style, const char *name, const Rows &rows,
+              const uint8_t *records, size_t size, int count);
+
+// putRows, on their own.
+void printRows(const Style &style, const Rows &rows, const uint8_t *record, Views views = allViews);

@@ -8,8 +8,8 @@ using Record = sPwrIpmiGlobalSec1;
 static constexpr Style memberStyle{.prefix = "   ", .hyphens = 0, .column = 43};
 static constexpr Style statisticsStyle{.prefix = "   ", .hyphens = 28};
 
-// Of an entry the section fills in the powers, not the time.
-static constexpr auto statistics = std::span(consumptionFields).first<4>();
+// Of an entry the powers are shown, not the time.
+static constexpr size_t statisticsCount = 4;
 
 static constexpr Views inOffsets = 1;
 static constexpr Views inValues = 2;
@@ -19,7 +19,7 @@ static constexpr Views inValues = 2;
 
 // One row a line.
 // clang-format off
-static constexpr Row members[] = {
+static constexpr Row memberRows[] = {
     ROW(sPowerInfoPWR.u8NMSupport),
     ROW(sPowerInfoPWR.u8PMBusSupport),
     ROW(sPowerInfoPWR.u8RapidOn),
@@ -130,23 +130,31 @@ static constexpr Row members[] = {
     line(""),
 };
 // clang-format on
+static constexpr auto members = makeTable<memberRows>();
+
+static void putOffset(Output &out, const Row &row, int element, size_t offset) {
+    putLead(out, memberStyle, row, element);
+    out.putUnsigned(offset);
+    out.put('\n');
+}
 
 void printGlobalSectionOffsets() {
     printf("sPwrIpmiGlobalSec1 OFFSETS::: sizeof structure = %d\n\n", globalPowerSize);
-    for (const Row &row : members) {
-        if ((row.views & inOffsets) == 0) {
+    Output out;
+    for (size_t i = 0; i < std::size(members.rows); ++i) {
+        const Row row = Rows(members)[i];
+        if ((row.shape.views & inOffsets) == 0) {
             continue;
         }
-        if (row.kind == Kind::line) {
-            puts(row.label);
-        } else if (row.kind == Kind::record) {
-            for (int i = 0; i < row.count; ++i) {
-                printLead(memberStyle, row, i);
-                printf("%zu\n", row.offset + static_cast<size_t>(i) * sizeof(sPwrConsEntry));
+        if (row.shape.kind == Kind::line) {
+            out.putLine(row.label);
+        } else if (row.shape.kind == Kind::record) {
+            for (int entry = 0; entry < row.shape.count; ++entry) {
+                putOffset(out, row, entry,
+                          row.shape.offset + static_cast<size_t>(entry) * sizeof(sPwrConsEntry));
             }
         } else {
-            printLead(memberStyle, row, -1);
-            printf("%d\n", row.offset);
+            putOffset(out, row, -1, row.shape.offset);
         }
     }
 }
@@ -158,15 +166,17 @@ void dumpGlobalSection() {
         return;
     }
     printf("sPwrIpmiGlobalSec1 DATA::: sizeof structure = %d\n\n", globalPowerSize);
-    for (const Row &row : members) {
-        if ((row.views & inValues) == 0) {
+    Output out;
+    for (size_t i = 0; i < std::size(members.rows); ++i) {
+        const Row row = Rows(members)[i];
+        if ((row.shape.views & inValues) == 0) {
             continue;
         }
-        if (row.kind == Kind::record) {
-            printArray(statisticsStyle, row.label, statistics, section.get() + row.offset,
-                       sizeof(sPwrConsEntry), row.count);
+        if (row.shape.kind == Kind::record) {
+            putArray(out, statisticsStyle, row.label, Rows(consumptionFields, statisticsCount),
+                     section.get() + row.shape.offset, sizeof(sPwrConsEntry), row.shape.count);
         } else {
-            printRow(memberStyle, row, section.get());
+            putRow(out, memberStyle, row, section.get());
         }
     }
 }

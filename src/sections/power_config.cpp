@@ -7,7 +7,7 @@ using Record = sTolmAbsPowerConfigClr;
 static constexpr Style fieldStyle{.prefix = "   sPowerConfigSection.", .hyphens = 6};
 // One row a line.
 // clang-format off
-static constexpr Row fields[] = {
+static constexpr Row fieldRows[] = {
     ROW(peakHeadroom),
     ROW(instHeadroom),
     ROW(peakPowerTime),
@@ -18,6 +18,7 @@ static constexpr Row fields[] = {
     ROW(cumulativePowerStartTime),
     ROW(cumulativeStartEnergy),
 };
+static constexpr auto fields = makeTable<fieldRows>();
 // clang-format on
 
 void dumpPowerConfig() {

@@ -9,16 +9,23 @@ struct __attribute__((packed)) sPwrConsEntry {
     uint16_t u16MinPwr;
     uint16_t u16MaxPwr;
     uint16_t u16AvgPwr;
-    time32 u32IPMITimeStmp; // unused in the global power section
+    time32 u32IPMITimeStmp;
     uint8_t reserved12[5];
 };
 static_assert(sizeof(sPwrConsEntry) == 17);
 
-// The four powers, then the time. In watts, as the controller's sensors report them.
-inline constexpr Row consumptionFields[] = {
-#define CONSUMPTION_ROW(member)                                                                    \
-    makeRow(#member, kindOf<decltype(sPwrConsEntry::member)>(), 0, offsetof(sPwrConsEntry, member))
-    CONSUMPTION_ROW(u16CurPwr), CONSUMPTION_ROW(u16MinPwr),       CONSUMPTION_ROW(u16MaxPwr),
-    CONSUMPTION_ROW(u16AvgPwr), CONSUMPTION_ROW(u32IPMITimeStmp),
-#undef CONSUMPTION_ROW
+// The four powers, then the time.
+namespace consumption {
+using Record = sPwrConsEntry;
+// One row a line.
+// clang-format off
+inline constexpr Row rows[] = {
+    ROW(u16CurPwr),
+    ROW(u16MinPwr),
+    ROW(u16MaxPwr),
+    ROW(u16AvgPwr),
+    ROW(u32IPMITimeStmp),
 };
+// clang-format on
+} // namespace consumption
+inline constexpr auto consumptionFields = makeTable<consumption::rows>();

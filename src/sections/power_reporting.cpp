@@ -5,7 +5,7 @@
 static constexpr Style fieldStyle{.prefix = "   sPowerReportSection.", .hyphens = 6};
 
 // The five lines of one kind's statistics over a period. The labels of the maximum and its time
-// come spelled out: some are misspelt, and scripts look for them as they are.
+// come spelled out: some are irregular, and output is kept as it is.
 #define STATISTICS(period, kind, maximumLead, maximumTimeLabel)                                    \
     ROW_LABELLED(#period "_avg_cups_" #kind, period.kind.average),                                 \
         ROW_LABELLED(#period "_min_cups_" #kind, period.kind.minimum),                             \
@@ -16,7 +16,7 @@ static constexpr Style fieldStyle{.prefix = "   sPowerReportSection.", .hyphens 
 // One row a line.
 // clang-format off
 using Record = sTolmAbsPowerReporting;
-static constexpr Row summaryFields[] = {
+static constexpr Row summaryRows[] = {
     ROW(peakHeadroom),
     ROW(instHeadroom),
     ROW(bladePowerAllocation),
@@ -82,8 +82,9 @@ static constexpr Row summaryFields[] = {
     ROW(peak_util_cups_mem_time),
     ROW(peak_util_cups_sys_time),
 };
+static constexpr auto summaryFields = makeTable<summaryRows>();
 
-static constexpr Row peakStartFields[] = {
+static constexpr Row peakStartRows[] = {
     line(""),
     shownAs(Kind::timeUnspaced, ROW(peak_util_start_time_cups_cpu)),
     shownAs(Kind::timeUnspaced, ROW(peak_util_start_time_cups_mem)),
@@ -91,8 +92,9 @@ static constexpr Row peakStartFields[] = {
                                          peak_util_start_time_cups_io)),
     shownAs(Kind::timeUnspaced, ROW(peak_util_start_time_cups_sys)),
 };
+static constexpr auto peakStartFields = makeTable<peakStartRows>();
 
-static constexpr Row channelFields[] = {
+static constexpr Row channelRows[] = {
     ROW(subSystemCurrentChannel.currentChannel1),
     ROW(subSystemCurrentChannel.voltageChannel1),
     ROW(subSystemCurrentChannel.currentChannel2),
@@ -116,10 +118,11 @@ static constexpr Row channelFields[] = {
     ROW(subSystemPowerData.smbaltcntr),
     ROW(subSystemPowerData.time),
 };
+static constexpr auto channelFields = makeTable<channelRows>();
 
 namespace regulator {
 using Record = sVcoreVRData;
-static constexpr Row fields[] = {
+static constexpr Row rows[] = {
     ROW(u32IPMITimeStmp),
     ROW(temp),
     ROW(Vin),
@@ -134,31 +137,65 @@ static constexpr Row fields[] = {
     ROW(PlanarId),
     ROW(VendorName),
 };
+static constexpr auto fields = makeTable<rows>();
 } // namespace regulator
 // clang-format on
 
-static void printReadings(const char *heading, const char *unit, const uint8_t *readings,
-                          int count) {
-    printf("   sPowerReportSection.%s:\n", heading);
+static void putReadings(Output &out, const char *heading, const char *unit, const uint8_t *readings,
+                        int count) {
+    out.putLine(heading);
     for (int i = 0; i < count; ++i) {
         const auto reading = load<sOOBData>(readings + static_cast<size_t>(i) * sizeof(sOOBData));
-        printf("   Last %s-%2d\tcups_cpu_usage = %3d\tcups_mem_usage = %3d\t"
-               "cups_io_usage = %3d\tcups_syslvl_usage = %3d\n",
-               unit, i, reading.cups_cpu_usage, reading.cups_mem_usage, reading.cups_io_usage,
-               reading.cups_syslvl_usage);
+        out.put("   Last ");
+        out.put(unit);
+        out.put('-');
+        out.putUnsigned(static_cast<unsigned>(i), 2);
+        out.put("\tcups_cpu_usage = ");
+        out.putUnsigned(reading.cups_cpu_usage, 3);
+        out.put("\tcups_mem_usage = ");
+        out.putUnsigned(reading.cups_mem_usage, 3);
+        out.put("\tcups_io_usage = ");
+        out.putUnsigned(reading.cups_io_usage, 3);
+        out.put("\tcups_syslvl_usage = ");
+        out.putUnsigned(reading.cups_syslvl_usage, 3);
+        out.put('\n');
     }
 }
 
-static void printConsumption(const uint8_t *section) {
-    puts("\n   sPowerReportSection.power monitoring consumption data:");
-    printArray(fieldStyle, "CpuPwrCons", consumptionFields, section + offsetof(Record, CpuPwrCons),
-               sizeof(sPwrConsEntry), 5);
-    printArray(fieldStyle, "MemPwrCons", consumptionFields, section + offsetof(Record, MemPwrCons),
-               sizeof(sPwrConsEntry), 9);
-    printRows({.prefix = "   sPowerReportSection.SystemInputPwrCons.", .hyphens = 6},
-              consumptionFields, section + offsetof(Record, SystemInputPwrCons));
-    printRows({.prefix = "   sPowerReportSection.SystemOutputPwrCons.", .hyphens = 6},
-              consumptionFields, section + offsetof(Record, SystemOutputPwrCons));
+static void putAllReadings(Output &out, const uint8_t *section) {
+    putReadings(out,
+                "   sPowerReportSection.hour_oob_data.OOBData[0-59] (average readings, "
+                "last 60 minutes):",
+                "minute", section + offsetof(Record, hour_oob_data), 60);
+    putReadings(out,
+                "\n   sPowerReportSection.day_oob_data.OOBData[0-23] (average readings, "
+                "last 24 hours):",
+                "hour", section + offsetof(Record, day_oob_data), 24);
+    putReadings(out,
+                "\n   sPowerReportSection.week_oob_data.OOBData[0-13] (average readings, "
+                "last 14 days):",
+                "day", section + offsetof(Record, week_oob_data), 14);
+}
+
+static void putConsumption(Output &out, const uint8_t *section) {
+    out.putLine("\n   sPowerReportSection.power monitoring consumption data:");
+    putArray(out, fieldStyle, "CpuPwrCons", consumptionFields,
+             section + offsetof(Record, CpuPwrCons), sizeof(sPwrConsEntry), 5);
+    putArray(out, fieldStyle, "MemPwrCons", consumptionFields,
+             section + offsetof(Record, MemPwrCons), sizeof(sPwrConsEntry), 9);
+    putRows(out, {.prefix = "   sPowerReportSection.SystemInputPwrCons.", .hyphens = 6},
+            consumptionFields, section + offsetof(Record, SystemInputPwrCons));
+    putRows(out, {.prefix = "   sPowerReportSection.SystemOutputPwrCons.", .hyphens = 6},
+            consumptionFields, section + offsetof(Record, SystemOutputPwrCons));
+}
+
+static void putSamples(Output &out, const uint8_t *section) {
+    out.putLine("\n   cups sub second sample data: ");
+    for (size_t i = 0; i < sizeof Record::cpuSample; ++i) {
+        out.put("   cpuSample = ");
+        out.putUnsigned(section[offsetof(Record, cpuSample) + i], 3);
+        out.put('\n');
+    }
 }
 
 void dumpPowerReporting() {
@@ -169,22 +206,13 @@ void dumpPowerReporting() {
     }
     const uint8_t *section = buffer.get();
     printf("sTolmAbsPowerReporting DATA::: sizeof structure = %d\n", powerReportingSize);
-    printRows(fieldStyle, summaryFields, section);
-    printReadings("hour_oob_data.OOBData[0-59] (average readings, last 60 minutes)", "minute",
-                  section + offsetof(Record, hour_oob_data), 60);
-    putchar('\n');
-    printReadings("day_oob_data.OOBData[0-23] (average readings, last 24 hours)", "hour",
-                  section + offsetof(Record, day_oob_data), 24);
-    putchar('\n');
-    printReadings("week_oob_data.OOBData[0-13] (average readings, last 14 days)", "day",
-                  section + offsetof(Record, week_oob_data), 14);
-    printRows(fieldStyle, peakStartFields, section);
-    printConsumption(section);
-    printRows(fieldStyle, channelFields, section);
-    printArray(fieldStyle, "vcoreVRData", regulator::fields,
-               section + offsetof(Record, vcoreVRData), sizeof(sVcoreVRData), 20);
-    puts("\n   cups sub second sample data: ");
-    for (size_t i = 0; i < sizeof Record::cpuSample; ++i) {
-        printf("   cpuSample = %3u\n", section[offsetof(Record, cpuSample) + i]);
-    }
+    Output out;
+    putRows(out, fieldStyle, summaryFields, section);
+    putAllReadings(out, section);
+    putRows(out, fieldStyle, peakStartFields, section);
+    putConsumption(out, section);
+    putRows(out, fieldStyle, channelFields, section);
+    putArray(out, fieldStyle, "vcoreVRData", regulator::fields,
+             section + offsetof(Record, vcoreVRData), sizeof(sVcoreVRData), 20);
+    putSamples(out, section);
 }

@@ -32,7 +32,7 @@ struct __attribute__((packed)) sOOBData {
 };
 static_assert(sizeof(sOOBData) == 8);
 
-// One voltage regulator: volts, amperes, watts and degrees Celsius.
+// One voltage regulator.
 struct __attribute__((packed)) sVcoreVRData {
     time32 u32IPMITimeStmp;
     float temp;

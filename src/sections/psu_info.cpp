@@ -3,22 +3,22 @@
 #include <cstdio>
 
 static constexpr int32_t busRecordsStart = psuCount * psuRecordSize;
-static constexpr uint8_t directCurrentType = 1;
+static constexpr uint8_t typeWithVinDCMax = 1;
 
 static constexpr Style unitStyle{
     .prefix = "   sPSUPwrSection.", .hyphens = 0, .column = 22, .floatPlaces = 6};
 static constexpr Style busStyle{.prefix = "   sPSUPwrSection.psuBus.", .hyphens = 0, .column = 13};
 
-// A unit's row for its maximum input voltage depends on its type.
-static constexpr Views ofDirectCurrent = 1;
-static constexpr Views ofOtherTypes = 2;
+// Which maximum input voltage is shown depends on the unit's type.
+static constexpr Views withVinDCMax = 1;
+static constexpr Views withVinMax = 2;
 
 #define BYTES(member) shownAs(Kind::hexBytes, ROW_LABELLED(#member "[]", member))
 
 // One row a line.
 // clang-format off
 using Record = sTolmAbsPSUInfo;
-static constexpr Row fieldsBeforeBus[] = {
+static constexpr Row rowsBeforeBus[] = {
     ROW(inputRatingWatts),
     ROW(outputRatingWatts),
     shownAs(Kind::hexBytesAndText, ROW_LEAD("psuFwVersion[] --------------- ", psuFwVersion)),
@@ -36,8 +36,9 @@ static constexpr Row fieldsBeforeBus[] = {
     ROW(inputRatingAmps),
     ROW(inputRatingVolts),
 };
+static constexpr auto fieldsBeforeBus = makeTable<rowsBeforeBus>();
 
-static constexpr Row fieldsAfterBus[] = {
+static constexpr Row rowsAfterBus[] = {
     line(""),
     ROW(psuACRatedWatts),
     ROW(psuDCRatedWatts),
@@ -58,8 +59,8 @@ static constexpr Row fieldsAfterBus[] = {
     ROW(u8SleepTrip),
     ROW(u8WakeTrip),
     ROW(u16PinMax),
-    onlyIn(ofDirectCurrent, ROW_LEAD("u16VinDCMax ------------- ", u16VinDCMax)),
-    onlyIn(ofOtherTypes, ROW(u16VinMax)),
+    onlyIn(withVinDCMax, ROW_LEAD("u16VinDCMax ------------- ", u16VinDCMax)),
+    onlyIn(withVinMax, ROW(u16VinMax)),
     ROW(u16IinMax),
     ROW(u16PoutMax),
     ROW(u16PoutMaxDisplay),
@@ -84,21 +85,21 @@ static constexpr Row fieldsAfterBus[] = {
     ROW_LEAD("Vout --------- ", Vout),
     ROW_LEAD("FanSpeed1 ---- ", FanSpeed1),
 };
+static constexpr auto fieldsAfterBus = makeTable<rowsAfterBus>();
 
 namespace bus {
 using Record = sPSUBusInfo;
-static constexpr Row fields[] = {
+static constexpr Row rows[] = {
     ROW(bus),
     ROW(physicalBus),
     ROW(address),
     ROW_LEAD("deviceName ------ ", deviceName),
 };
+static constexpr auto fields = makeTable<rows>();
 } // namespace bus
 // clang-format on
 
 static void printUnit(int32_t unit, const uint8_t *record) {
-    const bool isDirectCurrent = record[offsetof(Record, psuType)] == directCurrentType;
-
     printf("sTolmAbsPSUInfo DATA::: sizeof structure = %d\n", psuRecordSize);
     printf("INFO FOR PSU %d ::\n", unit + 1);
     printRows(unitStyle, fieldsBeforeBus, record);
@@ -109,7 +110,8 @@ static void printUnit(int32_t unit, const uint8_t *record) {
                 psuBusRecordSize);
     printRows(busStyle, bus::fields, busRecord);
 
-    printRows(unitStyle, fieldsAfterBus, record, isDirectCurrent ? ofDirectCurrent : ofOtherTypes);
+    const bool hasVinDCMax = record[offsetof(Record, psuType)] == typeWithVinDCMax;
+    printRows(unitStyle, fieldsAfterBus, record, hasVinDCMax ? withVinDCMax : withVinMax);
     puts("\n");
 }
 

@@ -12,7 +12,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t lineStatusShadow;
     uint16_t status;
     uint8_t reserved8[1];
-    uint8_t psuType; // 1: direct current, whose input maximum is u16VinDCMax
+    uint8_t psuType; // 1: u16VinDCMax is shown, not u16VinMax
     uint8_t reserved10[2];
     int32_t psuCapabilities;
     uint8_t psuSlot;

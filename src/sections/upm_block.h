@@ -7,7 +7,7 @@
 inline constexpr int cpuCount = 4;
 inline constexpr int policyCount = 16;
 
-// CPU power limits in watts, 160 bytes. Arrays are indexed by CPU unless they are of the memory.
+// CPU power limits and what goes with them. The per-CPU arrays are indexed by CPU.
 struct __attribute__((packed)) sPowerLimits {
     uint32_t cpuPPL[cpuCount];
     uint32_t cpuPL1[cpuCount];
@@ -28,7 +28,7 @@ struct __attribute__((packed)) sPowerLimits {
 };
 static_assert(sizeof(sPowerLimits) == 160);
 
-// CPU thermal readings, 188 bytes, every array indexed by CPU.
+// CPU thermal readings, indexed by CPU where the wizard edits them.
 struct __attribute__((packed)) sCpuPwrThermal {
     uint32_t rawdts[cpuCount];
     uint32_t thermalMargin[cpuCount];

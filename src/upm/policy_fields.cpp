@@ -1,15 +1,20 @@
 #include "upm/policy_fields.h"
 
+#include <array>
+
 using Record = sPolicy;
 
-#define NUMBER(member, max)                                                                        \
-    { ROW(member), PolicyPrompt::unsignedNumber, max, "", "" }
-#define SWITCH(member)                                                                             \
-    { ROW(member), PolicyPrompt::longNumber, 1, " (0/1)", "" }
+struct Field {
+    Row row;
+    PolicyPrompt prompt;
+};
+
+// clang-format off
+#define NUMBER(member, max) {ROW(member), {false, max, "", ""}}
+#define SWITCH(member) {ROW(member), {true, 1, " (0/1)", ""}}
 
 // One row a line.
-// clang-format off
-const PolicyField policyFields[policyFieldCount] = {
+static constexpr Field fields[] = {
     SWITCH(state),
     NUMBER(policyPowerLimit, 100000),
     NUMBER(policyPowerLimitMultiplier, 1000),
@@ -35,10 +40,28 @@ const PolicyField policyFields[policyFieldCount] = {
     NUMBER(SFMultiplier, 100000),
     NUMBER(SFOffset, 100000),
     NUMBER(PolicyHysteresis, 100000),
-    {ROW(PolicyDomain), PolicyPrompt::longNumber, 3, " (0=cpu,1=mem,2=system,3=gpu)", " (0=cpu..3=gpu)"},
+    {ROW(PolicyDomain), {true, 3, " (0=cpu,1=mem,2=system,3=gpu)", " (0=cpu..3=gpu)"}},
     NUMBER(PolicyPwrInputSource, UINT32_MAX),
     NUMBER(PolicyPwrInputSimulData, UINT32_MAX),
     NUMBER(PolicyExcursion, UINT32_MAX),
     NUMBER(PolicyExcursionCounter, UINT32_MAX),
 };
 // clang-format on
+static_assert(std::size(fields) == policyFieldCount);
+
+static constexpr auto rows = makeTable<fields>();
+static constexpr auto prompts = [] {
+    std::array<PolicyPrompt, policyFieldCount> columns{};
+    for (size_t i = 0; i < columns.size(); ++i) {
+        columns[i] = fields[i].prompt;
+    }
+    return columns;
+}();
+
+Row policyRow(int index) {
+    return Rows(rows)[static_cast<size_t>(index)];
+}
+
+const PolicyPrompt &policyPrompt(int index) {
+    return prompts[static_cast<size_t>(index)];
+}

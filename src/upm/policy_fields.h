@@ -4,15 +4,16 @@
 
 #include "sections/power_reporting.h"
 
-enum class PolicyPrompt : uint8_t { unsignedNumber, longNumber };
-
-struct PolicyField {
-    Row row; // in an sPolicy
-    PolicyPrompt prompt;
-    uint32_t max;      // what the prompt accepts; more than a 2-byte field holds, where it says so
-    char menuHint[32]; // behind the name in the editor's menu
+// How the policy editor asks for a field's value.
+struct PolicyPrompt {
+    bool isLong;         // promptLong, not promptUnsigned
+    uint32_t max;        // what is accepted; more than a 2-byte field holds, where it says so
+    char menuHint[32];   // behind the name in the editor's menu
     char promptHint[20]; // behind the name in the prompt
 };
 
 inline constexpr int policyFieldCount = 30;
-extern const PolicyField policyFields[policyFieldCount];
+
+// The row, in an sPolicy, and the prompt of the field with this index, 0..29.
+Row policyRow(int index);
+const PolicyPrompt &policyPrompt(int index);

@@ -15,16 +15,18 @@ static constexpr Style stateStyle{.prefix = "   ", .hyphens = 5};
 
 // One row a line.
 // clang-format off
-static constexpr Row stateFields[] = {
+static constexpr Row stateRows[] = {
     line("Policy State Data:"),
     STATE_ROW(policyUpdInx),
     STATE_ROW(policyId),
     STATE_ROW(policyExcursionState),
 };
-static constexpr Row limitFields[] = {
+static constexpr auto stateFields = makeTable<stateRows>();
+static constexpr Row limitRows[] = {
     STATE_ROW(cpuWattsPowerFloor),
     STATE_ROW(safePolicyPsuPowerReadingTimeout),
 };
+static constexpr auto limitFields = makeTable<limitRows>();
 // clang-format on
 
 static void printRule(int dashes) {
@@ -45,10 +47,15 @@ void printPolicyStateData(const uint8_t *section) {
 void printPolicy(const uint8_t *section, int32_t policy, const PolicyStyle &style) {
     const uint8_t *record = section + offsetof(Record, policyData.policies) +
                             static_cast<size_t>(policy) * sizeof(sPolicy);
-    const Style fieldStyle{.prefix = "", .hyphens = 5, .unsignedWords = style.unsignedPowerLimit};
-    for (const PolicyField &field : policyFields) {
-        printf("%s%s(%d).", style.indent, policyName(policy), policy);
-        printRow(fieldStyle, field.row, record);
+    char index[16];
+    snprintf(index, sizeof index, "(%d).", policy);
+    const Style fieldStyle{
+        .prefix = index, .hyphens = 5, .unsignedWords = style.unsignedPowerLimit};
+    Output out;
+    for (int i = 0; i < policyFieldCount; ++i) {
+        out.put(style.indent);
+        out.put(policyName(policy));
+        putRow(out, fieldStyle, policyRow(i), record);
     }
 }
 

@@ -20,7 +20,7 @@ static constexpr Views inLimits = 2;
 
 // One row a line.
 // clang-format off
-static constexpr Row powerReadings[] = {
+static constexpr Row powerReadingRows[] = {
     ROW(CpuPwrCons[0].u16CurPwr),
     ROW(CpuPwrCons[1].u16CurPwr),
     ROW(CpuPwrCons[2].u16CurPwr),
@@ -38,8 +38,9 @@ static constexpr Row powerReadings[] = {
     ROW(SystemInputPwrCons.u16CurPwr),
     ROW(SystemOutputPwrCons.u16CurPwr),
 };
+static constexpr auto powerReadings = makeTable<powerReadingRows>();
 
-static constexpr Row powerLimits[] = {
+static constexpr Row powerLimitRows[] = {
     line("\n   Power Limits:  "),
     ROW(powerLimits.cpuPPL),
     ROW(powerLimits.cpuPL1),
@@ -56,8 +57,9 @@ static constexpr Row powerLimits[] = {
     ROW(powerLimits.policyStatus),
     ROW(powerLimits.readRTC),
 };
+static constexpr auto powerLimits = makeTable<powerLimitRows>();
 
-static constexpr Row thermalData[] = {
+static constexpr Row thermalRows[] = {
     line("\n   CPU Power Thermal:  "),
     ROW(cpuPwrThermal.rawdts),
     ROW(cpuPwrThermal.thermalMargin),
@@ -75,6 +77,7 @@ static constexpr Row thermalData[] = {
     ROW(cpuPwrThermal.cpuEnergyAvailablity),
     ROW(cpuPwrThermal.cpuEnergyTSAvailablity),
 };
+static constexpr auto thermalData = makeTable<thermalRows>();
 // clang-format on
 
 // Reads the section and prints its timestamp. Returns null after a failure.

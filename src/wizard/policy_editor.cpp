@@ -9,34 +9,35 @@ using Record = sTolmAbsPowerReporting;
 
 static void printMenu(int32_t policy) {
     printf("Policy editor fields (policy %d):\n", policy);
-    for (int number = 1; number <= policyFieldCount; ++number) {
-        const PolicyField &field = policyFields[number - 1];
-        printf("%3d) %s%s\n", number, field.row.label, field.menuHint);
+    for (int field = 0; field < policyFieldCount; ++field) {
+        printf("%3d) %s%s\n", field + 1, policyRow(field).label, policyPrompt(field).menuHint);
     }
     puts("  0) Back ");
 }
 
-// Asks for the field's value. Returns whether one was accepted.
-static bool askForValue(const PolicyField &field, uint32_t &value) {
-    char label[sizeof field.row.label + sizeof field.promptHint];
-    snprintf(label, sizeof label, "%s%s", field.row.label, field.promptHint);
-    if (field.prompt == PolicyPrompt::unsignedNumber) {
-        return promptUnsigned(label, field.max, value) == 0;
+// Asks for a field's value. Returns whether one was accepted.
+static bool askForValue(int field, uint32_t &value) {
+    const PolicyPrompt &prompt = policyPrompt(field);
+    char label[64];
+    snprintf(label, sizeof label, "%s%s", policyRow(field).label, prompt.promptHint);
+    if (!prompt.isLong) {
+        return promptUnsigned(label, prompt.max, value) == 0;
     }
     int64_t number = 0;
-    const bool isAccepted = promptLong(label, field.max, number) == 0;
+    const bool isAccepted = promptLong(label, prompt.max, number) == 0;
     value = static_cast<uint32_t>(number);
     return isAccepted;
 }
 
-static void editField(int32_t policy, const PolicyField &field) {
+static void editField(int32_t policy, int field) {
     uint32_t value = 0;
     if (askForValue(field, value)) {
+        const RowShape place = policyRow(field).shape;
         const size_t offset = offsetof(Record, policyData.policies) +
-                              static_cast<size_t>(policy) * sizeof(sPolicy) + field.row.offset;
+                              static_cast<size_t>(policy) * sizeof(sPolicy) + place.offset;
         // Of a value wider than its field the low bytes are written, which come first.
         writePowerReporting(static_cast<int32_t>(offset), &value,
-                            static_cast<int32_t>(elementSize(field.row.kind)));
+                            static_cast<int32_t>(elementSize(place.kind)));
     }
 }
 
@@ -52,6 +53,6 @@ void editPolicy() {
         if (promptInt("Select", 0, policyFieldCount, number) != 0 || number == 0) {
             return;
         }
-        editField(policy, policyFields[number - 1]);
+        editField(policy, number - 1);
     }
 }

@@ -12,15 +12,15 @@ static constexpr uint32_t maxPercent = 100;
 // One row a line.
 // clang-format off
 static constexpr Question cpuQuestions[] = {
-    {"Overwrite PPL?", "PPL", maxPower, ROW(powerLimits.cpuPPL)},
-    {"Overwrite PL1?", "PL1", maxPower, ROW(powerLimits.cpuPL1)},
-    {"Overwrite PL2?", "PL2", maxPower, ROW(powerLimits.cpuPL2)},
-    {"Overwrite PL4?", "PL4", maxPower, ROW(powerLimits.cpuPL4)},
-    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", maxPercent, ROW(powerLimits.dimmBwThrtlPerc)},
+    {"Overwrite PPL?", "PPL", maxPower, ROW(powerLimits.cpuPPL).shape},
+    {"Overwrite PL1?", "PL1", maxPower, ROW(powerLimits.cpuPL1).shape},
+    {"Overwrite PL2?", "PL2", maxPower, ROW(powerLimits.cpuPL2).shape},
+    {"Overwrite PL4?", "PL4", maxPower, ROW(powerLimits.cpuPL4).shape},
+    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", maxPercent, ROW(powerLimits.dimmBwThrtlPerc).shape},
 };
 static constexpr Question systemQuestions[] = {
-    {"Overwrite sysPL1?", "sysPL1", maxPower, ROW(powerLimits.sysPL1)},
-    {"Overwrite sysPL2?", "sysPL2", maxPower, ROW(powerLimits.sysPL2)},
+    {"Overwrite sysPL1?", "sysPL1", maxPower, ROW(powerLimits.sysPL1).shape},
+    {"Overwrite sysPL2?", "sysPL2", maxPower, ROW(powerLimits.sysPL2).shape},
 };
 // clang-format on
 

@@ -18,7 +18,7 @@ static void askQuestion(const Question &question, int32_t offset) {
     if (promptYesNo(question.question) == 0) {
         return;
     }
-    if (question.row.kind == Kind::f64) {
+    if (question.field.kind == Kind::f64) {
         double value = 0;
         if (promptDouble(question.label, -doubleLimit, doubleLimit, value) == 0) {
             writePowerReporting(offset, &value, sizeof value);
@@ -33,7 +33,7 @@ static void askQuestion(const Question &question, int32_t offset) {
 
 void askQuestions(std::span<const Question> questions, int32_t element) {
     for (const Question &question : questions) {
-        const auto size = static_cast<int32_t>(elementSize(question.row.kind));
-        askQuestion(question, question.row.offset + element * size);
+        const auto size = static_cast<int32_t>(elementSize(question.field.kind));
+        askQuestion(question, question.field.offset + element * size);
     }
 }

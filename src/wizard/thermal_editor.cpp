@@ -12,11 +12,11 @@ static constexpr int32_t allCpus = -1;
 // One row a line.
 // clang-format off
 static constexpr Question questions[] = {
-    {"Overwrite rawdts?", "rawdts", maxReading, ROW(cpuPwrThermal.rawdts)},
-    {"Overwrite thermalMargin?", "thermalMargin", maxReading, ROW(cpuPwrThermal.thermalMargin)},
-    {"Overwrite cpupkgPwr?", "cpupkgPwr", maxReading, ROW(cpuPwrThermal.cpupkgPwr)},
-    {"Overwrite tarTemp?", "tarTemp", maxReading, ROW(cpuPwrThermal.tarTemp)},
-    {"Overwrite dimmPwr (double)?", "dimmPwr", 0, ROW(cpuPwrThermal.dimmPwr)},
+    {"Overwrite rawdts?", "rawdts", maxReading, ROW(cpuPwrThermal.rawdts).shape},
+    {"Overwrite thermalMargin?", "thermalMargin", maxReading, ROW(cpuPwrThermal.thermalMargin).shape},
+    {"Overwrite cpupkgPwr?", "cpupkgPwr", maxReading, ROW(cpuPwrThermal.cpupkgPwr).shape},
+    {"Overwrite tarTemp?", "tarTemp", maxReading, ROW(cpuPwrThermal.tarTemp).shape},
+    {"Overwrite dimmPwr (double)?", "dimmPwr", 0, ROW(cpuPwrThermal.dimmPwr).shape},
 };
 // clang-format on
 
