@@ -14,7 +14,7 @@ static constexpr size_t policySize = 72;
 TEST(Upm, ViewsMatchTheirGoldens) {
     Machine machine;
     machine.fillWithPattern();
-    machine.environment["TZ"] = "EST5EDT,M3.2.0,M11.1.0";
+    machine.environment["TZ"] = "IST-5:30";
     machine.environment["POLICY_NAME"] = "%s%n"; // a name is text, not a format
     machine.poke(6, timestamp, word(1700000000007, 8));
     for (size_t policy = 0; policy < 16; ++policy) {
