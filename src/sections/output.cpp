@@ -66,8 +66,9 @@ void Output::putFixed(float value, int places) {
     const double scaled = std::fabs(static_cast<double>(value)) * static_cast<double>(power);
     if (!(scaled < tooLarge)) { // nor is NaN
         char number[64];        // the largest float has 39 digits before the point
-        put(number, static_cast<size_t>(snprintf(number, sizeof number, "%.*f", places,
-                                                 static_cast<double>(value))));
+        const int count =
+            snprintf(number, sizeof number, "%.*f", places, static_cast<double>(value));
+        put(number, static_cast<size_t>(count));
         return;
     }
     auto units = static_cast<uint64_t>(scaled);
@@ -87,5 +88,6 @@ void Output::putFixed(float value, int places) {
 
 void Output::putGeneral(double value) {
     char number[32];
-    put(number, static_cast<size_t>(snprintf(number, sizeof number, "%g", value)));
+    const int count = snprintf(number, sizeof number, "%g", value);
+    put(number, static_cast<size_t>(count));
 }

@@ -11,6 +11,7 @@
 // with it.
 class Output {
   public:
+    // cppcheck-suppress uninitMemberVar ; text beyond `used` is never read
     Output() = default;
     ~Output() {
         flush();

@@ -50,13 +50,14 @@ static constexpr Field fields[] = {
 static_assert(std::size(fields) == policyFieldCount);
 
 static constexpr auto rows = makeTable<fields>();
-static constexpr auto prompts = [] {
-    std::array<PolicyPrompt, policyFieldCount> columns{};
-    for (size_t i = 0; i < columns.size(); ++i) {
-        columns[i] = fields[i].prompt;
+static consteval auto promptColumn() {
+    std::array<PolicyPrompt, policyFieldCount> prompts{};
+    for (size_t i = 0; i < prompts.size(); ++i) {
+        prompts[i] = fields[i].prompt;
     }
-    return columns;
-}();
+    return prompts;
+}
+static constexpr auto prompts = promptColumn();
 
 Row policyRow(int index) {
     return Rows(rows)[static_cast<size_t>(index)];
