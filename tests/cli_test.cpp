@@ -5,58 +5,8 @@
 
 using Words = std::vector<std::string>;
 
-static const std::string usage = R"(
- OrbelStatProbe Ver.0.2 
-------------------------------------------------------------
-
- orbelstatprobe
-  Displays this usage message.
-
- orbelstatprobe -o
-  Displays the individual offsets of each member of sPwrIpmiGlobalSec1
-
- orbelstatprobe -d
-  Displays the shm data of each member of sPwrIpmiGlobalSec1 (in PWR_IPMI_GLOBAL_SEC_1)
-
- orbelstatprobe -e
-  Displays the shm data of each member of sTolmAbsPSUInfo (in PSU_INFO_SEC) for max PSUs
-
- orbelstatprobe -r
-  Displays the shm data of each member of sTolmAbsPowerReporting (in PWR_RPTG_SEC)
-
- orbelstatprobe -c
-  Displays the shm data of each member of sTolmAbsPowerConfigClr (in PWR_CFG_CLR_SEC)
-
- orbelstatprobe -u
-  Displays the shm data of each member of GPM Data (no sub-args)
-  UPM sub-options:
-    orbelstatprobe -u -t                      Check thermal data
-    orbelstatprobe -u -p -c                   Check CPU power limits data
-    orbelstatprobe -u -p -a                   Check all policy data (indices 0..15)
-    orbelstatprobe -u -p <index>              Check specific policy data (0..15)
-
- orbelstatprobe -w
-  Writes data in shm (ALL write operations now require -u)
-  Write sub-options:
-    orbelstatprobe -w -u -p <id> -s <0/1>     NEW: write only policy state for <id>
-    orbelstatprobe -w -u -c                   Clear policy data (preferred syntax)
-    orbelstatprobe -w -u -m                   NEW: interactive overwrite wizard
-    (edit CPU power limits, thermal data, policies)
-
-)";
-static const std::string upmHelp = R"(========== UPM Menu ==========
-Available sub-options for `-u`:
-
-   -h  : Help information
-   -t  : Check thermal data
-   -p  : Policy-related data
-
-    Sub-options under `-p`:
-    -p -c           : Check CPU power limits data
-    -p -a           : Check all policy data (indices 0 to 15)
-    -p <index>      : Check specific policy data (index range: 0 to 15)
-================================
-)";
+static const std::string usage = golden("usage.txt");
+static const std::string upmHelp = golden("upm-help.txt");
 static const std::string hints = R"(
   orbelstatprobe -w -u -c
   orbelstatprobe -w -u -p <id> -s <0/1>

@@ -146,10 +146,12 @@ static void redirect(int descriptor, const std::string &path, int flags) {
 }
 
 Outcome Machine::start(const std::vector<std::string> &arguments, const std::string *typed) {
+    const std::string in = folder + "/in";
     const std::string out = folder + "/out";
     const std::string err = folder + "/err";
     const std::string calls = folder + "/calls";
     fs::remove(calls);
+    std::ofstream(in) << "1\n2\ny\n5\n"; // which no run may read: it is not a terminal
     Environment settings{{"TZ", "UTC"},
                          {"TOLM_SHM_DIR", folder},
                          {"LD_PRELOAD", buildFolder() + "/librecorder.so"},
@@ -170,7 +172,7 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
     if (child == 0) {
         redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
         if (typed == nullptr) {
-            redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+            redirect(STDIN_FILENO, in, O_RDONLY);
             redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
         }
         become(arguments, settings);
@@ -205,10 +207,13 @@ Bytes word(uint64_t value, size_t size) {
     return bytes;
 }
 
+std::string golden(const std::string &name) {
+    return readFile(std::string(GOLDEN_DIR) + "/" + name);
+}
+
 void expectGolden(const std::string &name, const std::string &text) {
-    const std::string path = std::string(GOLDEN_DIR) + "/" + name;
     if (getenv("ORBEL_RECORD_GOLDEN") != nullptr) {
-        std::ofstream(path, std::ios::binary) << text;
+        std::ofstream(std::string(GOLDEN_DIR) + "/" + name, std::ios::binary) << text;
     }
-    EXPECT_EQ(text, readFile(path)) << "differs from " << path;
+    EXPECT_EQ(text, golden(name)) << "differs from golden/" << name;
 }

@@ -40,7 +40,7 @@ class Machine {
     // Added to the program's environment; TZ is UTC unless set here.
     Environment environment;
 
-    // Standard input is an empty file.
+    // Standard input is a file, with answers to the wizard.
     Outcome run(const std::vector<std::string> &arguments);
     // Standard input and output are a terminal without echo, on which `typed` waits to be read,
     // followed by the end of input.
@@ -56,6 +56,9 @@ bool isSanitized();
 
 // Little-endian bytes of a value.
 Bytes word(uint64_t value, size_t size);
+
+// The contents of a file under golden/.
+std::string golden(const std::string &name);
 
 // Compares with a file under golden/. With ORBEL_RECORD_GOLDEN set, writes the file instead.
 void expectGolden(const std::string &name, const std::string &text);

@@ -9,7 +9,8 @@ static const std::string refused = "ERROR with malloc sizeof ";
 
 TEST(PowerConfig, KeepsSignAndWidth) {
     Machine machine;
-    machine.poke(8, 0, word(0x7FC00000, 4)); // not a number
+    machine.poke(8, 0, word(0x7FC00000, 4));  // not a number
+    machine.poke(8, 40, word(0xBE000000, 4)); // -0.125, half way between two of two places
     for (const size_t offset : {4, 8, 12, 32, 36}) {
         machine.poke(8, offset, word(0x80000000, 4));
     }
@@ -26,7 +27,7 @@ TEST(PowerConfig, KeepsSignAndWidth) {
               "\n"
               "   sPowerConfigSection.cumulativePower ------ 2147483648\n"
               "   sPowerConfigSection.cumulativePowerStartTime ------ -2147483648\n"
-              "   sPowerConfigSection.cumulativeStartEnergy ------ 0.00\n");
+              "   sPowerConfigSection.cumulativeStartEnergy ------ -0.12\n");
 }
 
 // A pattern under which every byte of a report comes from the right place, or it shows.

@@ -1,0 +1,51 @@
+// What the demo data are made of.
+#pragma once
+
+#include "sections/power_consumption.h"
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+// Gives every byte a small value unlike its neighbours': flags and counters need no better ones.
+template <typename Record> void fillWithSmallValues(Record &record) {
+    auto *bytes = reinterpret_cast<uint8_t *>(&record);
+    for (size_t i = 0; i < sizeof record; ++i) {
+        bytes[i] = static_cast<uint8_t>(1 + i % 3);
+    }
+}
+
+inline uint32_t secondsAgo(int seconds) {
+    return static_cast<uint32_t>(time(nullptr) - seconds);
+}
+
+inline time32 minutesAgo(int minutes) {
+    return static_cast<time32>(secondsAgo(60 * minutes));
+}
+
+inline uint16_t watts(int value) {
+    return static_cast<uint16_t>(value);
+}
+
+template <size_t size> void setText(char (&field)[size], const char *format, int number) {
+    for (char &character : field) {
+        character = '\0';
+    }
+    snprintf(field, size, format, number);
+}
+
+template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
+    for (size_t i = 0; i < size; ++i) {
+        field[i] = static_cast<uint8_t>(*text != '\0' ? *text++ : ' ');
+    }
+}
+
+inline sPwrConsEntry consumptionOf(int current, int minutes) {
+    sPwrConsEntry entry{};
+    entry.u16CurPwr = watts(current);
+    entry.u16MinPwr = watts(current * 6 / 10);
+    entry.u16MaxPwr = watts(current * 14 / 10);
+    entry.u16AvgPwr = watts(current * 9 / 10);
+    entry.u32IPMITimeStmp = minutesAgo(minutes);
+    return entry;
+}
