@@ -1,8 +1,7 @@
 // Takes the platform libraries' place at run time: writes every call down, lets chosen calls fail
 // and hands the rest on to the library behind it. Controlled by environment variables:
 //     RECORD       file that the calls are appended to, a line each
-//     FAIL_READS   n:result   reads from the n-th on fail with result
-//     FAIL_READ    n:result   the n-th read alone fails with result
+//     FAIL_READ    n:result   the n-th read fails with result
 //     FAIL_WRITES  result     every write fails with result
 //     POLICY_NAME  format     of every policy's name, with its number
 //     REFUSE       size       malloc refuses requests of this size
@@ -34,15 +33,13 @@ static void record(const char *line, int length) {
     }
 }
 
-// The result that the variable, "n:result", gives to the n-th call, or to it and all later ones.
-static int failure(const char *variable, int call, bool andLater) {
-    int first = 0;
+// The result that FAIL_READ gives to this call.
+static int failure(int call) {
+    int failing = 0;
     int result = 0;
-    const char *rule = getenv(variable);
-    if (rule == nullptr || sscanf(rule, "%d:%d", &first, &result) != 2) {
-        return 0;
-    }
-    return call == first || (andLater && call > first) ? result : 0;
+    const char *rule = getenv("FAIL_READ");
+    const bool applies = rule != nullptr && sscanf(rule, "%d:%d", &failing, &result) == 2;
+    return applies && call == failing ? result : 0;
 }
 
 using Read = int (*)(int32_t, uint8_t *, int32_t, int32_t);
@@ -52,11 +49,7 @@ extern "C" int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset
     static int calls = 0;
     char line[64];
     record(line, snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length));
-    ++calls;
-    int result = failure("FAIL_READS", calls, true);
-    if (result == 0) {
-        result = failure("FAIL_READ", calls, false);
-    }
+    const int result = failure(++calls);
     const auto next = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "Tolm_shm_memread"));
     return result != 0 ? result : next(section, buffer, offset, length);
 }

@@ -17,6 +17,7 @@ size_t elementSize(Kind kind) {
     case Kind::i32:
     case Kind::f32:
     case Kind::time:
+    case Kind::timeUnspaced:
         return 4;
     case Kind::u64:
     case Kind::f64:
@@ -130,9 +131,9 @@ static void putValue(Output &out, const Style &style, const Row &row, const uint
     case Kind::time:
         out.put(time32ToString(load<time32>(at), text));
         break;
-    case Kind::timeUnspaced: // its line end is the text's own
-        out.put(time32ToString(load<time32>(at), text), timeTextSize - 2);
-        break;
+    case Kind::timeUnspaced:
+        out.put(time32ToString(load<time32>(at), text));
+        return; // the line ends with the text
     case Kind::text:
         out.put(reinterpret_cast<const char *>(at),
                 strnlen(reinterpret_cast<const char *>(at), row.shape.count));

@@ -1,11 +1,13 @@
 #include "sections/global_section.h"
 
+#include "sections/field.h"
+
 #include <cstdio>
 
 using Record = sPwrIpmiGlobalSec1;
 
 // Label and hyphens end in the same column on every line of both reports.
-static constexpr Style memberStyle{.prefix = "   ", .hyphens = 0, .column = 43};
+static constexpr Style memberStyle{.prefix = "   ", .column = 43};
 static constexpr Style statisticsStyle{.prefix = "   ", .hyphens = 28};
 
 // Of an entry the powers are shown, not the time.

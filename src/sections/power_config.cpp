@@ -1,5 +1,7 @@
 #include "sections/power_config.h"
 
+#include "sections/field.h"
+
 #include <cstdio>
 
 using Record = sTolmAbsPowerConfigClr;

@@ -1,7 +1,7 @@
 // The power configuration section (PWR_CFG_CLR_SEC) and its report.
 #pragma once
 
-#include "sections/field.h"
+#include "sections/row.h"
 #include "shm/shm.h"
 
 struct __attribute__((packed)) sTolmAbsPowerConfigClr {

@@ -2,7 +2,7 @@
 // global power section are full of.
 #pragma once
 
-#include "sections/field.h"
+#include "sections/table.h"
 
 struct __attribute__((packed)) sPwrConsEntry {
     uint16_t u16CurPwr;

@@ -1,5 +1,7 @@
 #include "sections/power_reporting.h"
 
+#include "sections/field.h"
+
 #include <cstdio>
 
 static constexpr Style fieldStyle{.prefix = "   sPowerReportSection.", .hyphens = 6};

@@ -1,13 +1,14 @@
 #include "sections/psu_info.h"
 
+#include "sections/field.h"
+
 #include <cstdio>
 
 static constexpr int32_t busRecordsStart = psuCount * psuRecordSize;
 static constexpr uint8_t typeWithVinDCMax = 1;
 
-static constexpr Style unitStyle{
-    .prefix = "   sPSUPwrSection.", .hyphens = 0, .column = 22, .floatPlaces = 6};
-static constexpr Style busStyle{.prefix = "   sPSUPwrSection.psuBus.", .hyphens = 0, .column = 13};
+static constexpr Style unitStyle{.prefix = "   sPSUPwrSection.", .column = 22, .floatPlaces = 6};
+static constexpr Style busStyle{.prefix = "   sPSUPwrSection.psuBus.", .column = 13};
 
 // Which maximum input voltage is shown depends on the unit's type.
 static constexpr Views withVinDCMax = 1;

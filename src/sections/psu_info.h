@@ -1,7 +1,7 @@
 // The PSU information section (PSU_INFO_SEC) and its report.
 #pragma once
 
-#include "sections/field.h"
+#include "sections/row.h"
 #include "shm/shm.h"
 
 // One power supply unit. Unit n (0..11) starts at byte 816 * n of the section.

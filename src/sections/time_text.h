@@ -1,7 +1,7 @@
 // The time text of the section reports.
 #pragma once
 
-#include "sections/field.h"
+#include "sections/row.h"
 
 inline constexpr size_t timeTextSize = 26; // what ctime_r asks for
 

@@ -2,7 +2,7 @@
 // its record, so that the record is one struct. Reserved runs are never read or written one by one.
 #pragma once
 
-#include "sections/field.h"
+#include "sections/row.h"
 
 inline constexpr int cpuCount = 4;
 inline constexpr int policyCount = 16;

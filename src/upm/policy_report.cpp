@@ -1,5 +1,6 @@
 #include "upm/policy_report.h"
 
+#include "sections/field.h"
 #include "upm/policy_fields.h"
 #include "upm/timestamp.h"
 

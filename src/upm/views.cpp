@@ -1,5 +1,6 @@
 #include "upm/views.h"
 
+#include "sections/field.h"
 #include "sections/power_reporting.h"
 #include "upm/policy_report.h"
 #include "upm/timestamp.h"

@@ -1,3 +1,4 @@
+#include "sections/field.h"
 #include "upm/policy_fields.h"
 #include "upm/policy_report.h"
 #include "wizard/editors.h"

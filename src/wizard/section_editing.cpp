@@ -1,5 +1,6 @@
 #include "wizard/section_editing.h"
 
+#include "sections/field.h"
 #include "wizard/prompts.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+#include "sections/field.h"
 #include "wizard/editors.h"
 #include "wizard/prompts.h"
 #include "wizard/section_editing.h"
