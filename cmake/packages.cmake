@@ -24,6 +24,9 @@ compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md NEWS.gz)
 configure_file(${PROJECT_SOURCE_DIR}/docs/copyright ${PROJECT_BINARY_DIR}/copyright COPYONLY)
 
 install(TARGETS orbelstatprobe COMPONENT program)
+install(CODE "file(RPATH_REMOVE FILE
+    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/orbelstatprobe\")"
+    COMPONENT program)
 install(FILES ${PROJECT_BINARY_DIR}/orbelstatprobe.1.gz
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 install(FILES docs/orbelstatprobe.bash RENAME orbelstatprobe
@@ -57,15 +60,19 @@ endif()
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34)")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME orbelstatprobe)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION admin)
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS orbelstatprobe-standin)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "inspect and edit the power-management shared memory
 Prints the four sections of a server management controller's power-management
 shared memory field by field, and edits policies, CPU power limits and thermal
-readings in it. Needs the platform's two libraries, which the controller has;
-elsewhere orbelstatprobe-standin takes their place.")
+readings in it.")
+if(TARGET tolmshm)
+    set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS
+        "${CPACK_DEBIAN_PACKAGE_DEPENDS}, orbelstatprobe-standin (= ${PROJECT_VERSION})")
+    string(APPEND CPACK_DEBIAN_PROGRAM_DESCRIPTION " This build runs with the
+stand-in for the platform's libraries.")
+endif()
 set(CPACK_DEBIAN_STANDIN_PACKAGE_NAME orbelstatprobe-standin)
 set(CPACK_DEBIAN_STANDIN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_STANDIN_PACKAGE_CONTROL_EXTRA 
+set(CPACK_DEBIAN_STANDIN_PACKAGE_CONTROL_EXTRA
     ${PROJECT_SOURCE_DIR}/cmake/shlibs ${PROJECT_SOURCE_DIR}/cmake/triggers)
 set(CPACK_DEBIAN_STANDIN_DESCRIPTION "stand-in for a controller's shared-memory libraries
 Two libraries with which orbelstatprobe runs on a workbench: sections of shared

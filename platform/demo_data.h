@@ -1,5 +1,5 @@
 // Plausible values for the four sections: every field that a report prints is non-zero and differs
-// from its neighbours. Times are of the day that ends now.
+// from its neighbours. Times are recent.
 #pragma once
 
 #include "sections/global_section.h"

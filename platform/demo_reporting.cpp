@@ -4,7 +4,7 @@
 namespace {
 
 sCupsPeriodStats statistics(int average, int minutes) {
-    return {watts(average), watts(average / 3), minutesAgo(minutes), watts(average * 2),
+    return {word(average), word(average / 3), minutesAgo(minutes), word(average * 2),
             minutesAgo(minutes / 2)};
 }
 
@@ -15,8 +15,8 @@ sCupsPeriod period(int average, int minutes) {
 
 template <size_t size> void fillReadings(sOOBData (&readings)[size], int base) {
     for (int i = 0; i < static_cast<int>(size); ++i) {
-        readings[i] = {watts(base + i % 7), watts(base - 11 + i % 5), watts(base + 13 - i % 6),
-                       watts(base + 2 + i % 4)};
+        readings[i] = {word(base + i % 7), word(base - 11 + i % 5), word(base + 13 - i % 6),
+                       word(base + 2 + i % 4)};
     }
 }
 
@@ -32,7 +32,7 @@ void fillRegulator(sVcoreVRData &regulator, int number) {
     regulator.Pcc = 95 * share;
     regulator.Ocw = 180 * share;
     regulator.FinalICA = 140 * share;
-    setText(regulator.DisplayName, "CPU VR %d", number);
+    setText(regulator.DisplayName, "CPU VR %d", number + 1);
     setText(regulator.PlanarId, "PLANAR-%02d", number);
     setText(regulator.VendorName, "VENDOR-%02d", number);
 }
@@ -73,12 +73,12 @@ void fillUpmBlock(sTolmAbsPowerReporting &record) {
         }
         policy.state = static_cast<uint16_t>(1 + number % 2);
         policy.policyPowerLimit = 700 + 25 * number;
-        policy.PolicyResponseTimeLimit = watts(1000 + number);
+        policy.PolicyResponseTimeLimit = word(1000 + number);
         policy.LoadSubsidedThreshold = static_cast<uint32_t>(600 + number);
         policy.PolicyHysteresis = static_cast<uint32_t>(20 + number);
         policy.PolicyPwrInputSimulData = static_cast<uint32_t>(500 + number);
         policy.PolicyDomain = static_cast<powerDomain>(1 + number % 3);
-        policy.PolicyExcursionCounter = watts(40 + number);
+        policy.PolicyExcursionCounter = word(40 + number);
     }
     record.policyData.stateData.cpuWattsPowerFloor = 120;
     record.policyData.stateData.safePolicyPsuPowerReadingTimeout = 30;
@@ -92,6 +92,8 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.peakHeadroom = 269;
     record.instHeadroom = 638;
     record.bladePowerAllocation = 1250;
+    record.psuRedundancyCapability = 2;
+    record.systemCapabilities = 21;
     record.activePolicyCapWatts = 900;
     record.lastHourAvgPower = 590;
     record.lastHourMinPowerTime = minutesAgo(52);
@@ -108,8 +110,13 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.lastWeekMinPower = 291;
     record.lastWeekMaxPower = 1002;
     setText(record.activePolicyName, "Demo cap at %d W", 900);
+    record.activePolicyValue1 = 4;
+    record.activePolicyValue2 = 7;
     record.sysPwrConsumption.instWattsPSU1_2 = 612;
     record.sysPwrConsumption.instAmpsPSU1_2 = 2.66F;
+    record.sysPwrConsumption.SCViewSledPwr = 604;
+    record.sysPwrConsumption.SCViewSledCur = 51;
+    record.peciCupsUtilLimits.retryCtr = 2;
     record.peciCupsUtilLimits.CUPS_CMAX = 1280000;
     record.peciCupsUtilLimits.CUPS_MMAX = 960000;
     record.peciCupsUtilLimits.CUPS_IMAX = 640000;

@@ -23,7 +23,7 @@ inline time32 minutesAgo(int minutes) {
     return static_cast<time32>(secondsAgo(60 * minutes));
 }
 
-inline uint16_t watts(int value) {
+inline uint16_t word(int value) {
     return static_cast<uint16_t>(value);
 }
 
@@ -42,10 +42,10 @@ template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
 
 inline sPwrConsEntry consumptionOf(int current, int minutes) {
     sPwrConsEntry entry{};
-    entry.u16CurPwr = watts(current);
-    entry.u16MinPwr = watts(current * 6 / 10);
-    entry.u16MaxPwr = watts(current * 14 / 10);
-    entry.u16AvgPwr = watts(current * 9 / 10);
+    entry.u16CurPwr = word(current);
+    entry.u16MinPwr = word(current * 6 / 10);
+    entry.u16MaxPwr = word(current * 14 / 10);
+    entry.u16AvgPwr = word(current * 9 / 10);
     entry.u32IPMITimeStmp = minutesAgo(minutes);
     return entry;
 }

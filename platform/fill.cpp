@@ -12,21 +12,34 @@
 static constexpr int failedStatus = 1;
 static constexpr int existedStatus = 2;
 
-// Writes one section to its file. Returns the exit status that the outcome stands for.
+static int fail(const char *path, int error) {
+    printf("%s: %s\n", path, strerror(error));
+    return failedStatus;
+}
+
+// Writes one section to its file, in place: somebody may have mapped it. Returns the exit status
+// that the outcome stands for.
 template <typename Record>
 static int writeSection(const char *folder, Section section, const Record &record, bool force) {
     char path[512];
-    snprintf(path, sizeof path, "%s/section-%d", folder, static_cast<int>(section));
-    const int descriptor =
-        open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (force ? O_TRUNC : O_EXCL), 0666);
+    const int length =
+        snprintf(path, sizeof path, "%s/section-%d", folder, static_cast<int>(section));
+    if (length >= static_cast<int>(sizeof path)) {
+        return fail(folder, ENAMETOOLONG);
+    }
+    const int descriptor = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (force ? 0 : O_EXCL), 0666);
     if (descriptor < 0 && errno == EEXIST) {
         printf("%s is there already: left as it is\n", path);
         return existedStatus;
     }
-    if (descriptor < 0 || write(descriptor, &record, sizeof record) != ssize_t{sizeof record} ||
-        close(descriptor) != 0) {
-        printf("%s: %s\n", path, strerror(errno));
-        return failedStatus;
+    if (descriptor < 0) {
+        return fail(path, errno);
+    }
+    const ssize_t written = write(descriptor, &record, sizeof record);
+    const int error = written < 0 || ftruncate(descriptor, sizeof record) != 0 ? errno : 0;
+    close(descriptor);
+    if (error != 0 || written != ssize_t{sizeof record}) {
+        return fail(path, error != 0 ? error : ENOSPC);
     }
     printf("%s: %zu bytes\n", path, sizeof record);
     return 0;

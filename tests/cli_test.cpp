@@ -16,7 +16,7 @@ static const std::string now = "Error: -w now requires -u. Try:" + hints;
 static const std::string order = "Error: -w -u is required. Try:" + hints;
 static const std::string global = "sPwrIpmiGlobalSec1 DATA...";
 static const std::string offsets = "sPwrIpmiGlobalSec1 OFFSETS...";
-static const std::string upm = "Timestamp: Thu Jan 01 00:00:00.000 1970\n...";
+static const std::string upm = "Timestamp: Thu Jan 01 00:00:00.000 1970\n";
 static const std::string unknown = "Error: Unknown sub-option '";
 static const std::string cleared = "Cleared policyPowerLimit and state for all 0 -15 policies.\n";
 static const std::string readUpm = "read 6 0 30277";
@@ -38,7 +38,8 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         clearing += " 00";
     }
 
-    // Output that ends in "..." is only the beginning. Calls are first the writes, then the reads.
+    // Output that ends in "..." is only the beginning. Calls are the writes, the reads and
+    // the last policy name asked for.
     const struct {
         Words arguments;
         std::string out;
@@ -63,20 +64,20 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         {{"-c", "-r", "-e", "-o"}, offsets},
         {{"-r", "-e"}, "sTolmAbsPSUInfo DATA..."},
         {{"-c", "-r"}, "sTolmAbsPowerReporting DATA...", 0, {readUpm}},
-        {{"-c"}, "sTolmAbsPowerConfigClr DATA...", 0, {"read 8 0 224"}},
+        {{"-c", "-u"}, "sTolmAbsPowerConfigClr DATA...", 0, {"read 8 0 224"}},
         {{"-cd"}, global, 0, {readGlobal}},
         {{"-d", "-u"}, global, 0, {readGlobal}},
         {{"-du"}, global, 0, {readGlobal}},
         {{"foo", "-d", "bar"}, global, 0, {readGlobal}},
         {{"--", "-d"}, "Error: No option passed\n" + usage},
         // -u
-        {{"-u"}, upm, 0, {readUpm}},
-        {{"-u", "-t", "extra"}, upm, 0, {readUpm}},
-        {{"-u", "-p", "-c"}, upm, 0, {readUpm}},
-        {{"-u", "-p", "-a", "-x"}, upm, 0, {readUpm}},
-        {{"-u", "-p", "3"}, upm, 0, {readUpm}},
-        {{"-u", "-p", ""}, upm, 0, {readUpm}},
-        {{"-u", "-p", " +15"}, upm, 0, {readUpm}},
+        {{"-u"}, upm + "   sPowerReport...", 0, {readUpm, "name 15"}},
+        {{"-u", "-t", "extra"}, upm + "\n   CPU Power Thermal:...", 0, {readUpm}},
+        {{"-u", "-p", "-c"}, upm + "   sCpuPwrLimits...", 0, {readUpm}},
+        {{"-u", "-p", "-a", "-x"}, upm + "Policy...", 0, {readUpm, "name 15"}},
+        {{"-u", "-p", "9"}, upm + "Policy...", 0, {readUpm, "name 9"}},
+        {{"-u", "-p", ""}, upm + "Policy...", 0, {readUpm, "name 0"}},
+        {{"-u", "-p", " +15"}, upm + "Policy...", 0, {readUpm, "name 15"}},
         {{"-u", "-h"}, upmHelp},
         {{"-u", "-h", "-x"}, upmHelp},
         {{"-d", "-u", "-h"}, upmHelp},
@@ -141,6 +142,8 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         Words calls = outcome.only("read");
         const Words writes = outcome.only("write");
         calls.insert(calls.begin(), writes.begin(), writes.end());
+        const Words names = outcome.only("name");
+        calls.insert(calls.end(), names.end() - (names.empty() ? 0 : 1), names.end());
         if (c.out != "sTolmAbsPSUInfo DATA...") { // has a test of its own for its 24 reads
             EXPECT_EQ(calls, c.calls);
         }

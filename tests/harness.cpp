@@ -93,14 +93,6 @@ void Machine::poke(int section, size_t offset, const Bytes &bytes) {
                static_cast<std::streamsize>(bytes.size()));
 }
 
-void Machine::poke(int section, size_t offset, const std::string &text) {
-    poke(section, offset, Bytes(text.begin(), text.end()));
-}
-
-void Machine::remove(int section) {
-    fs::remove(folder + "/section-" + std::to_string(section));
-}
-
 Bytes Machine::contents(int section) const {
     const std::string text = readFile(folder + "/section-" + std::to_string(section));
     return {text.begin(), text.end()};
@@ -145,6 +137,26 @@ static void redirect(int descriptor, const std::string &path, int flags) {
     close(file);
 }
 
+static int exitStatusOf(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// In the process that a terminal was made for: waits for the program, in a process of its own, and
+// marks the end of its output. What a terminal holds when its last user goes can get lost.
+static const std::string endMark = "\1end of output\1";
+static void becomeOnTerminal(const std::vector<std::string> &arguments,
+                             const Environment &settings) {
+    const pid_t program = fork();
+    if (program == 0) {
+        become(arguments, settings);
+    }
+    const int status = exitStatusOf(program);
+    const ssize_t written = write(STDIN_FILENO, endMark.data(), endMark.size());
+    _exit(written > 0 ? status : 126);
+}
+
 Outcome Machine::start(const std::vector<std::string> &arguments, const std::string *typed) {
     const std::string in = folder + "/in";
     const std::string out = folder + "/out";
@@ -173,7 +185,12 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
         redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
         if (typed == nullptr) {
             redirect(STDIN_FILENO, in, O_RDONLY);
+        }
+        if (typed == nullptr || printsToFile) {
             redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
+        }
+        if (typed != nullptr) {
+            becomeOnTerminal(arguments, settings);
         }
         become(arguments, settings);
     }
@@ -181,20 +198,21 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
         EXPECT_EQ(write(terminal, typed->data(), typed->size()),
                   static_cast<ssize_t>(typed->size()));
         std::array<char, 4096> some;
-        // Reading ends with an error when the program closes the terminal.
-        for (ssize_t got = 0; (got = read(terminal, some.data(), some.size())) > 0;) {
-            outcome.out.append(some.data(), static_cast<size_t>(got));
+        for (ssize_t got = 1; got > 0 && !outcome.out.ends_with(endMark);) {
+            got = read(terminal, some.data(), some.size());
+            outcome.out.append(some.data(), got > 0 ? static_cast<size_t>(got) : 0);
         }
+        EXPECT_TRUE(outcome.out.ends_with(endMark));
+        outcome.out = outcome.out.substr(0, outcome.out.rfind(endMark));
     }
-    int status = 0;
-    waitpid(child, &status, 0);
+    outcome.status = exitStatusOf(child);
     if (typed != nullptr) {
         close(terminal);
-    } else {
+    }
+    if (typed == nullptr || printsToFile) {
         outcome.out = readFile(out);
     }
     outcome.err = readFile(err);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     outcome.calls = split(readFile(calls), '\n');
     return outcome;
 }

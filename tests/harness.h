@@ -32,11 +32,11 @@ class Machine {
     void fill(uint8_t byte);
     void fillWithPattern();
     void poke(int section, size_t offset, const Bytes &bytes);
-    void poke(int section, size_t offset, const std::string &text);
-    void remove(int section);
     [[nodiscard]] Bytes contents(int section) const;
 
     std::string folder; // holds the files "section-<n>"
+    // Of a run on a terminal, standard output alone.
+    bool printsToFile = false;
     // Added to the program's environment; TZ is UTC unless set here.
     Environment environment;
 

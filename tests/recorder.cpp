@@ -69,7 +69,7 @@ extern "C" int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t
 }
 
 extern "C" const char *policyTypeToString(int16_t policy) {
-    static char name[64];
+    static char name[512];
     const char *format = getenv("POLICY_NAME");
     record(name, snprintf(name, sizeof name, "name %d\n", policy));
     snprintf(name, sizeof name, "%s-%d", format != nullptr ? format : "POLICY", policy);

@@ -7,11 +7,15 @@
 static const std::string readFailed = "ERROR reading data from shm! ret=";
 static const std::string refused = "ERROR with malloc sizeof ";
 
+static void expectLine(const std::string &text, const std::string &line) {
+    EXPECT_NE(("\n" + text).find("\n" + line + "\n"), std::string::npos) << line;
+}
+
 TEST(PowerConfig, KeepsSignAndWidth) {
     Machine machine;
     machine.poke(8, 0, word(0x7FC00000, 4));  // not a number
     machine.poke(8, 40, word(0xBE000000, 4)); // -0.125, half way between two of two places
-    for (const size_t offset : {4, 8, 12, 32, 36}) {
+    for (const size_t offset : {4U, 8U, 12U, 32U, 36U}) {
         machine.poke(8, offset, word(0x80000000, 4));
     }
     machine.poke(8, 16, word(0xFFFFFFFF, 4));
@@ -28,6 +32,11 @@ TEST(PowerConfig, KeepsSignAndWidth) {
               "   sPowerConfigSection.cumulativePower ------ 2147483648\n"
               "   sPowerConfigSection.cumulativePowerStartTime ------ -2147483648\n"
               "   sPowerConfigSection.cumulativeStartEnergy ------ -0.12\n");
+    machine.fill(0xFF);
+    const std::string out = machine.run({"-c"}).out;
+    expectLine(out, "   sPowerConfigSection.peakHeadroom ------ -nan");
+    expectLine(out, "   sPowerConfigSection.instHeadroom ------ 4294967295");
+    expectLine(out, "   sPowerConfigSection.peakPowerTime ------ -1");
 }
 
 // A pattern under which every byte of a report comes from the right place, or it shows.
@@ -60,10 +69,6 @@ TEST(Reports, MatchTheirGoldens) {
     }
 }
 
-static void expectLine(const std::string &text, const std::string &line) {
-    EXPECT_NE(("\n" + text).find("\n" + line + "\n"), std::string::npos) << line;
-}
-
 TEST(GlobalSection, KeepsSignAndWidth) {
     Machine machine;
     machine.fill(0xFF);
@@ -82,12 +87,14 @@ TEST(PowerReporting, KeepsSignAndWidth) {
     machine.fill(0xFF);
     machine.poke(6, 10, word(0x80000000, 4));
     machine.poke(6, 152, word(0x80000000, 4));
+    machine.poke(6, 142, word(0x80000000, 4));
     machine.poke(6, 383 + 8 * 5, Bytes{7, 0, 8, 0, 9, 0, 10, 0});
     machine.poke(6, 28635 + 24, Bytes{7});
     const std::string out = machine.run({"-r"}).out;
     expectLine(out, "   sPowerReportSection.peakHeadroom ------ 65535");
     expectLine(out, "   sPowerReportSection.systemCapabilities ------ -2147483648");
     expectLine(out, "   sPowerReportSection.lastWeekMinPowerTime ------ -1");
+    expectLine(out, "   sPowerReportSection.sysPwrConsumption.instAmpsPSU1_2 ------ -0.00");
     expectLine(out, "   sPowerReportSection.activePolicyName ------ " + std::string(64, '\xFF'));
     expectLine(out, "   sPowerReportSection.peciCupsUtilLimits.retryCtr ------ 2147483648");
     expectLine(out, "   sPowerReportSection.peciCupsUtilLimits.CUPS_CMAX ------ "

@@ -1,7 +1,6 @@
 // The overwrite wizard as a dialogue on a terminal: what is typed, what appears, what is written.
 #include "harness.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -34,14 +33,17 @@ TEST(Wizard, DialoguesMatchTheirGoldens) {
         Words writes;
     } cases[] = {
         {"wizard-power-limits.txt",
-         "1\n1\n2\ny\n100000\nn\nY\n7\n\nyes\n100\n2\ny\n0\nyellow\n99999\n0\n0\n",
-         {"write 6 28669 4: a0 86 01 00", "write 6 28701 4: 07 00 00 00",
+         "1\n1\n2\ny\n100000\ny\n100000\nY\n100000\nyes\n100000\nyellow\n100\n"
+         "1\n0\n\nn\nN\nnope\n\n2\ny\n0\ny\n100000\n0\n0\n",
+         {"write 6 28669 4: a0 86 01 00", "write 6 28685 4: a0 86 01 00",
+          "write 6 28701 4: a0 86 01 00", "write 6 28717 4: a0 86 01 00",
           "write 6 28777 4: 64 00 00 00", "write 6 28757 4: 00 00 00 00",
-          "write 6 28761 4: 9f 86 01 00"}},
+          "write 6 28761 4: a0 86 01 00"}},
         {"wizard-thermal.txt",
-         "2\n3\ny\n1\ny\n2\ny\n3\ny\n4\ny\n12.5\n-1\n1\n0\nN\nnope\nn\n\nn\n-1\n0\n",
-         {"write 6 28833 4: 01 00 00 00", "write 6 28849 4: 02 00 00 00",
-          "write 6 28865 4: 03 00 00 00", "write 6 28881 4: 04 00 00 00",
+         "2\n3\ny\n100000\ny\n100000\ny\n100000\ny\n100000\ny\n12.5\n"
+         "-1\n1\n0\n\n\n\n\n\n-1\n0\n",
+         {"write 6 28833 4: a0 86 01 00", "write 6 28849 4: a0 86 01 00",
+          "write 6 28865 4: a0 86 01 00", "write 6 28881 4: a0 86 01 00",
           "write 6 28941 8: 00 00 00 00 00 00 29 40"}},
         {"wizard-policy.txt",
          "3\n15\n6\n70000\n24\n-1\n65535\n0\n2\n3\n0\n0\n0\n",
@@ -98,7 +100,7 @@ TEST(Wizard, OffersEveryPolicyFieldWithItsBound) {
 // its kind and numbers outside its bounds each get their message, then one is accepted and written.
 TEST(Wizard, JudgesEveryAnswer) {
     const std::string tooLarge = "99999999999999999999";
-    const std::string digits = std::string(99, '0') + "5"; // only 63 of them count: 0
+    const std::string digits = std::string(62, '0') + "15"; // only 63 count: 1
     const std::string unsignedWay = "1\n2\ny\n", longWay = "3\n0\n",
                       doubleWay = "2\n1\n\n\n\n\ny\n";
     const struct {
@@ -113,7 +115,7 @@ TEST(Wizard, JudgesEveryAnswer) {
          "  42",
          "6 28757 4: 2a 00 00 00"},
         {unsignedWay, "", {}, {}, "+7", "6 28757 4: 07 00 00 00"},
-        {unsignedWay, "", {}, {}, digits, "6 28757 4: 00 00 00 00"},
+        {unsignedWay, "", {}, {}, digits, "6 28757 4: 01 00 00 00"},
         {unsignedWay, "", {}, {}, std::string("\0x\n8\0x", 6), "6 28757 4: 08 00 00 00"},
         {"1\n1\n3\n\n\n\n\ny\n", "", {}, {"101"}, "100", "6 28781 4: 64 00 00 00"},
         {longWay + "1\n",
@@ -238,14 +240,20 @@ TEST(Wizard, GoesOnWhenSharedMemoryFails) {
 }
 
 TEST(Wizard, ReturnsFromAnEditorWithoutMemory) {
-    if (isSanitized()) {
-        GTEST_SKIP() << "the sanitizer's own allocator refuses nothing";
-    }
     Machine machine;
     machine.environment["REFUSE"] = "30277";
     const Outcome outcome = machine.runOnTerminal(wizard, "1\n2\n2\n0\n");
     EXPECT_EQ(countOf(outcome.out, "Select [0..3]: \nNext?\n"), 2);
     EXPECT_EQ(outcome.calls.size(), 0U);
+}
+
+TEST(Wizard, PrintsToAFileWhatItPrintsToATerminal) {
+    Machine machine;
+    const std::string dialogue = "1\n2\ny\n5\n\n0\n0\n";
+    const std::string shown = machine.runOnTerminal(wizard, dialogue).out;
+    machine.fill(0);
+    machine.printsToFile = true;
+    EXPECT_EQ(machine.runOnTerminal(wizard, dialogue).out, shown);
 }
 
 TEST(Wizard, ReadsFromATerminalOnly) {

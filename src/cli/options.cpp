@@ -1,6 +1,7 @@
 #include "cli/options.h"
 
 #include "cli/help.h"
+#include "sections/upm_block.h"
 #include "upm/policy_writes.h"
 #include "wizard/wizard.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int upmErrorStatus = 1;
 constexpr int writeErrorStatus = -1; // 255 to the shell
-constexpr unsigned long lastPolicy = 15;
+constexpr unsigned long lastPolicy = policyCount - 1;
 
 enum class Step { goOn, end };
 

@@ -7,26 +7,6 @@
 static constexpr size_t valuesPerLine = 16;
 static constexpr char valueIndent[] = "       ";
 
-size_t elementSize(Kind kind) {
-    switch (kind) {
-    case Kind::u16:
-    case Kind::i16:
-    case Kind::domain:
-        return 2;
-    case Kind::u32:
-    case Kind::i32:
-    case Kind::f32:
-    case Kind::time:
-    case Kind::timeUnspaced:
-        return 4;
-    case Kind::u64:
-    case Kind::f64:
-        return 8;
-    default:
-        return 1;
-    }
-}
-
 static const char *domainName(uint16_t domain) {
     switch (domain) {
     case 0:
@@ -60,22 +40,12 @@ void putLead(Output &out, const Style &style, const Row &row, int element) {
     out.put(' ');
 }
 
-static void putArrayValue(Output &out, Kind kind, const uint8_t *values, size_t i) {
-    switch (kind) {
-    case Kind::decimalBytes:
-        out.putUnsigned(values[i]);
-        break;
-    case Kind::decimalWords:
-        out.putUnsigned(load<uint16_t>(values + 2 * i));
-        break;
-    case Kind::hexWords:
-        out.putHex(load<uint16_t>(values + 2 * i), 2);
-        break;
-    case Kind::hexWords4:
-        out.putHex(load<uint16_t>(values + 2 * i), 4);
-        break;
-    default:
-        out.putHex(values[i], 2);
+static void putArrayValue(Output &out, Kind kind, const uint8_t *at) {
+    const unsigned value = elementSize(kind) == 1 ? load<uint8_t>(at) : load<uint16_t>(at);
+    if (kind == Kind::decimalBytes || kind == Kind::decimalWords) {
+        out.putUnsigned(value);
+    } else {
+        out.putHex(value, kind == Kind::hexWords4 ? 4 : 2);
     }
     out.put(' ');
 }
@@ -91,7 +61,7 @@ static void putArrayValues(Output &out, Kind kind, const uint8_t *values, size_t
             out.put('\n');
             out.put(valueIndent);
         }
-        putArrayValue(out, kind, values, i);
+        putArrayValue(out, kind, values + i * elementSize(kind));
     }
     out.put('\n');
 }
@@ -198,13 +168,13 @@ void printRows(const Style &style, const Rows &rows, const uint8_t *record, View
     putRows(out, style, rows, record, views);
 }
 
-void putArray(Output &out, const Style &style, const char *name, const Rows &rows,
-              const uint8_t *records, size_t size, int count) {
-    for (int i = 0; i < count; ++i) {
+void putArray(Output &out, const Style &style, const Row &array, const Rows &rows,
+              const uint8_t *record, size_t size) {
+    for (size_t i = 0; i < array.shape.count; ++i) {
         char prefix[64];
-        snprintf(prefix, sizeof prefix, "%s%.24s[%d].", style.prefix, name, i);
+        snprintf(prefix, sizeof prefix, "%s%.24s[%zu].", style.prefix, array.label, i);
         Style led = style;
         led.prefix = prefix;
-        putRows(out, led, rows, records + static_cast<size_t>(i) * size);
+        putRows(out, led, rows, record + array.shape.offset + i * size);
     }
 }

@@ -15,9 +15,6 @@ struct Style {
     bool unsignedWords = false; // shows int32_t unsigned
 };
 
-// Bytes of one value of a kind; of one element, where the kind is an array's.
-size_t elementSize(Kind kind);
-
 // The one place where values come out of a record's bytes: by copy, since they lie unaligned.
 template <typename T> T load(const uint8_t *at) {
     T value;
@@ -35,10 +32,10 @@ void putRow(Output &out, const Style &style, const Row &row, const uint8_t *reco
 void putRows(Output &out, const Style &style, const Rows &rows, const uint8_t *record,
              Views views = allViews);
 
-// Puts the rows of each of `count` records of `size` bytes that follow one another: the labels are
-// led by the array's name, at most 24 characters, and the record's index, "name[0].".
-void putArray(Output &out, const Style &style, const char *name, const Rows &rows,
-              const uint8_t *records, size_t size, int count);
+// Puts the rows of each element, of `size` bytes, of an array of nested records: their labels are
+// led by the array's, at most 24 characters, and the element's index, "label[0].".
+void putArray(Output &out, const Style &style, const Row &array, const Rows &rows,
+              const uint8_t *record, size_t size);
 
 // putRows, on their own.
 void printRows(const Style &style, const Rows &rows, const uint8_t *record, Views views = allViews);

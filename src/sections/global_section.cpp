@@ -175,8 +175,8 @@ void dumpGlobalSection() {
             continue;
         }
         if (row.shape.kind == Kind::record) {
-            putArray(out, statisticsStyle, row.label, Rows(consumptionFields, statisticsCount),
-                     section.get() + row.shape.offset, sizeof(sPwrConsEntry), row.shape.count);
+            putArray(out, statisticsStyle, row, Rows(consumptionFields, statisticsCount),
+                     section.get(), sizeof(sPwrConsEntry));
         } else {
             putRow(out, memberStyle, row, section.get());
         }

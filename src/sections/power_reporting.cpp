@@ -143,15 +143,15 @@ static constexpr auto fields = makeTable<rows>();
 } // namespace regulator
 // clang-format on
 
-static void putReadings(Output &out, const char *heading, const char *unit, const uint8_t *readings,
-                        int count) {
+static void putReadings(Output &out, const char *heading, const char *unit,
+                        const RowShape &readings, const uint8_t *section) {
     out.putLine(heading);
-    for (int i = 0; i < count; ++i) {
-        const auto reading = load<sOOBData>(readings + static_cast<size_t>(i) * sizeof(sOOBData));
+    for (size_t i = 0; i < readings.count; ++i) {
+        const auto reading = load<sOOBData>(section + readings.offset + i * sizeof(sOOBData));
         out.put("   Last ");
         out.put(unit);
         out.put('-');
-        out.putUnsigned(static_cast<unsigned>(i), 2);
+        out.putUnsigned(i, 2);
         out.put("\tcups_cpu_usage = ");
         out.putUnsigned(reading.cups_cpu_usage, 3);
         out.put("\tcups_mem_usage = ");
@@ -168,23 +168,21 @@ static void putAllReadings(Output &out, const uint8_t *section) {
     putReadings(out,
                 "   sPowerReportSection.hour_oob_data.OOBData[0-59] (average readings, "
                 "last 60 minutes):",
-                "minute", section + offsetof(Record, hour_oob_data), 60);
+                "minute", ROW(hour_oob_data).shape, section);
     putReadings(out,
                 "\n   sPowerReportSection.day_oob_data.OOBData[0-23] (average readings, "
                 "last 24 hours):",
-                "hour", section + offsetof(Record, day_oob_data), 24);
+                "hour", ROW(day_oob_data).shape, section);
     putReadings(out,
                 "\n   sPowerReportSection.week_oob_data.OOBData[0-13] (average readings, "
                 "last 14 days):",
-                "day", section + offsetof(Record, week_oob_data), 14);
+                "day", ROW(week_oob_data).shape, section);
 }
 
 static void putConsumption(Output &out, const uint8_t *section) {
     out.putLine("\n   sPowerReportSection.power monitoring consumption data:");
-    putArray(out, fieldStyle, "CpuPwrCons", consumptionFields,
-             section + offsetof(Record, CpuPwrCons), sizeof(sPwrConsEntry), 5);
-    putArray(out, fieldStyle, "MemPwrCons", consumptionFields,
-             section + offsetof(Record, MemPwrCons), sizeof(sPwrConsEntry), 9);
+    putArray(out, fieldStyle, ROW(CpuPwrCons), consumptionFields, section, sizeof(sPwrConsEntry));
+    putArray(out, fieldStyle, ROW(MemPwrCons), consumptionFields, section, sizeof(sPwrConsEntry));
     putRows(out, {.prefix = "   sPowerReportSection.SystemInputPwrCons.", .hyphens = 6},
             consumptionFields, section + offsetof(Record, SystemInputPwrCons));
     putRows(out, {.prefix = "   sPowerReportSection.SystemOutputPwrCons.", .hyphens = 6},
@@ -214,7 +212,6 @@ void dumpPowerReporting() {
     putRows(out, fieldStyle, peakStartFields, section);
     putConsumption(out, section);
     putRows(out, fieldStyle, channelFields, section);
-    putArray(out, fieldStyle, "vcoreVRData", regulator::fields,
-             section + offsetof(Record, vcoreVRData), sizeof(sVcoreVRData), 20);
+    putArray(out, fieldStyle, ROW(vcoreVRData), regulator::fields, section, sizeof(sVcoreVRData));
     putSamples(out, section);
 }

@@ -101,8 +101,8 @@ static constexpr auto fields = makeTable<rows>();
 // clang-format on
 
 static void printUnit(int32_t unit, const uint8_t *record) {
-    printf("sTolmAbsPSUInfo DATA::: sizeof structure = %d\n", psuRecordSize);
-    printf("INFO FOR PSU %d ::\n", unit + 1);
+    printf("sTolmAbsPSUInfo DATA::: sizeof structure = %d\nINFO FOR PSU %d ::\n", psuRecordSize,
+           unit + 1);
     printRows(unitStyle, fieldsBeforeBus, record);
 
     // Zeros stand for a bus record that cannot be read.

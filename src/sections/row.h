@@ -97,7 +97,32 @@ template <typename T> consteval Kind kindOf() {
     } else if constexpr (std::is_same_v<T, char>) {
         return Kind::text;
     } else {
+        static_assert(std::is_class_v<T>, "a type that no kind shows");
         return Kind::record;
+    }
+}
+
+// Bytes of one value of a kind, or of one element where the kind is an array's.
+constexpr size_t elementSize(Kind kind) {
+    switch (kind) {
+    case Kind::u16:
+    case Kind::i16:
+    case Kind::domain:
+    case Kind::hexWords:
+    case Kind::hexWords4:
+    case Kind::decimalWords:
+        return 2;
+    case Kind::u32:
+    case Kind::i32:
+    case Kind::f32:
+    case Kind::time:
+    case Kind::timeUnspaced:
+        return 4;
+    case Kind::u64:
+    case Kind::f64:
+        return 8;
+    default:
+        return 1;
     }
 }
 

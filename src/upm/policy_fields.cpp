@@ -49,6 +49,19 @@ static constexpr Field fields[] = {
 // clang-format on
 static_assert(std::size(fields) == policyFieldCount);
 
+// Whether each field begins where the one before it ends.
+static consteval bool areContiguous() {
+    size_t end = 0;
+    for (const Field &field : fields) {
+        if (field.row.shape.offset != end) {
+            return false;
+        }
+        end += elementSize(field.row.shape.kind);
+    }
+    return end == offsetof(sPolicy, reserved68);
+}
+static_assert(areContiguous() && offsetof(sPolicy, reserved68) == 68);
+
 static constexpr auto rows = makeTable<fields>();
 static consteval auto promptColumn() {
     std::array<PolicyPrompt, policyFieldCount> prompts{};

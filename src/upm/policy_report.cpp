@@ -21,28 +21,17 @@ static constexpr Row stateRows[] = {
     STATE_ROW(policyUpdInx),
     STATE_ROW(policyId),
     STATE_ROW(policyExcursionState),
-};
-static constexpr auto stateFields = makeTable<stateRows>();
-static constexpr Row limitRows[] = {
+    line("-----------------------------------------------------------------------------------------------------------"),
     STATE_ROW(cpuWattsPowerFloor),
     STATE_ROW(safePolicyPsuPowerReadingTimeout),
+    line("------------------------------------------------------------------------------------------------------------"),
 };
-static constexpr auto limitFields = makeTable<limitRows>();
 // clang-format on
-
-static void printRule(int dashes) {
-    for (int i = 0; i < dashes; ++i) {
-        putchar('-');
-    }
-    putchar('\n');
-}
+static constexpr auto stateFields = makeTable<stateRows>();
 
 void printPolicyStateData(const uint8_t *section) {
     printUpmTimestamp(load<uint64_t>(section + offsetof(Record, upmTimestamp)));
     printRows(stateStyle, stateFields, section);
-    printRule(107);
-    printRows(stateStyle, limitFields, section);
-    printRule(108);
 }
 
 void printPolicy(const uint8_t *section, int32_t policy, const PolicyStyle &style) {

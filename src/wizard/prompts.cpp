@@ -67,13 +67,14 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
     return status;
 }
 
-int promptLong(const char *label, uint64_t max, int64_t &out) {
+static int askForLong(const char *malformed, const char *label, int64_t min, int64_t max,
+                      int64_t &out) {
     int64_t value = 0;
     const int status = askForNumber(
-        "Invalid integer.", [&] { printf("%s [0..%lu]: ", label, max); },
+        malformed, [&] { printf("%s [%ld..%ld]: ", label, min, max); },
         [&](const char *line, char **rest) {
             value = strtol(line, rest, 10);
-            return static_cast<uint64_t>(value) <= max; // so no negative value is
+            return min <= value && value <= max;
         });
     if (status == 0) {
         out = value;
@@ -81,17 +82,14 @@ int promptLong(const char *label, uint64_t max, int64_t &out) {
     return status;
 }
 
+int promptLong(const char *label, int64_t max, int64_t &out) {
+    return askForLong("Invalid integer.", label, 0, max, out);
+}
+
 int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
-    int64_t value = 0;
-    const int status = askForNumber(
-        "Invalid number.", [&] { printf("%s [%d..%d]: ", label, min, max); },
-        [&](const char *line, char **rest) {
-            value = strtol(line, rest, 10);
-            return min <= value && value <= max;
-        });
-    if (status == 0) {
-        out = static_cast<int32_t>(value);
-    }
+    int64_t value = out;
+    const int status = askForLong("Invalid number.", label, min, max, value);
+    out = static_cast<int32_t>(value);
     return status;
 }
 

@@ -16,8 +16,8 @@ int readInputLine(char *buffer, size_t capacity);
 // A decimal number from 0 to `max`, which is at most 4294967295.
 int promptUnsigned(const char *label, uint64_t max, uint32_t &out);
 
-// A decimal number from 0 to `max`, read as a signed one.
-int promptLong(const char *label, uint64_t max, int64_t &out);
+// A decimal number from 0 to `max`, read as a signed one, with a message of its own.
+int promptLong(const char *label, int64_t max, int64_t &out);
 
 // A decimal number from `min` to `max`.
 int promptInt(const char *label, int32_t min, int32_t max, int32_t &out);

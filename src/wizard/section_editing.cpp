@@ -15,26 +15,21 @@ bool readCopy(uint8_t *copy) {
     return result == 0;
 }
 
-static void askQuestion(const Question &question, int32_t offset) {
-    if (promptYesNo(question.question) == 0) {
-        return;
-    }
-    if (question.field.kind == Kind::f64) {
-        double value = 0;
-        if (promptDouble(question.label, -doubleLimit, doubleLimit, value) == 0) {
-            writePowerReporting(offset, &value, sizeof value);
-        }
-    } else {
-        uint32_t value = 0;
-        if (promptUnsigned(question.label, question.max, value) == 0) {
-            writePowerReporting(offset, &value, sizeof value);
-        }
-    }
-}
-
 void askQuestions(std::span<const Question> questions, int32_t element) {
     for (const Question &question : questions) {
         const auto size = static_cast<int32_t>(elementSize(question.field.kind));
-        askQuestion(question, question.field.offset + element * size);
+        const int32_t offset = question.field.offset + element * size;
+        double real = 0;
+        uint32_t number = 0;
+        if (promptYesNo(question.question) == 0) {
+            continue;
+        }
+        if (question.field.kind == Kind::f64) {
+            if (promptDouble(question.label, -doubleLimit, doubleLimit, real) == 0) {
+                writePowerReporting(offset, &real, size);
+            }
+        } else if (promptUnsigned(question.label, question.max, number) == 0) {
+            writePowerReporting(offset, &number, size);
+        }
     }
 }
