@@ -12,6 +12,7 @@
 #include <sstream>
 #include <sys/wait.h>
 #include <termios.h>
+#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -143,18 +144,26 @@ static int exitStatusOf(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-// In the process that a terminal was made for: waits for the program, in a process of its own, and
-// marks the end of its output. What a terminal holds when its last user goes can get lost.
-static const std::string endMark = "\1end of output\1";
-static void becomeOnTerminal(const std::vector<std::string> &arguments,
-                             const Environment &settings) {
-    const pid_t program = fork();
-    if (program == 0) {
-        become(arguments, settings);
+// Reads what a program prints on a terminal. `slave`, its end of the terminal, stays open here, and
+// a mark behind the program's last words tells that all is read: what a terminal holds when its
+// last user goes can get lost. For the same reason it is nobody's controlling terminal.
+static std::string readTerminal(int terminal, int slave, pid_t program, int &status) {
+    const std::string endMark = "\1end of output\1";
+    std::string text;
+    std::thread waiter([&] {
+        status = exitStatusOf(program);
+        EXPECT_GT(write(slave, endMark.data(), endMark.size()), 0);
+    });
+    for (std::array<char, 4096> some; !text.ends_with(endMark);) {
+        const ssize_t got = read(terminal, some.data(), some.size());
+        if (got <= 0) {
+            ADD_FAILURE() << "the terminal is gone";
+            break;
+        }
+        text.append(some.data(), static_cast<size_t>(got));
     }
-    const int status = exitStatusOf(program);
-    const ssize_t written = write(STDIN_FILENO, endMark.data(), endMark.size());
-    _exit(written > 0 ? status : 126);
+    waiter.join();
+    return text.substr(0, text.rfind(endMark));
 }
 
 Outcome Machine::start(const std::vector<std::string> &arguments, const std::string *typed) {
@@ -176,38 +185,36 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
 
     Outcome outcome;
     int terminal = -1;
-    termios raw{}; // no echo, no translation of line ends: what is read is what was printed
-    raw.c_cflag = CS8 | CREAD;
-    raw.c_lflag = ICANON;
-    raw.c_cc[VEOF] = '\x04';
-    const pid_t child = typed != nullptr ? forkpty(&terminal, nullptr, &raw, nullptr) : fork();
+    int slave = -1;
+    if (typed != nullptr) {
+        termios raw{}; // no echo, no translation of line ends: what is read is what was printed
+        raw.c_cflag = CS8 | CREAD;
+        raw.c_lflag = ICANON;
+        raw.c_cc[VEOF] = '\x04';
+        openpty(&terminal, &slave, nullptr, &raw, nullptr);
+        EXPECT_EQ(write(terminal, typed->data(), typed->size()),
+                  static_cast<ssize_t>(typed->size()));
+    }
+    const pid_t child = fork();
     if (child == 0) {
         redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
         if (typed == nullptr) {
             redirect(STDIN_FILENO, in, O_RDONLY);
+        } else {
+            dup2(slave, STDIN_FILENO);
+            dup2(slave, STDOUT_FILENO);
         }
         if (typed == nullptr || printsToFile) {
             redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
         }
-        if (typed != nullptr) {
-            becomeOnTerminal(arguments, settings);
-        }
         become(arguments, settings);
     }
     if (typed != nullptr) {
-        EXPECT_EQ(write(terminal, typed->data(), typed->size()),
-                  static_cast<ssize_t>(typed->size()));
-        std::array<char, 4096> some;
-        for (ssize_t got = 1; got > 0 && !outcome.out.ends_with(endMark);) {
-            got = read(terminal, some.data(), some.size());
-            outcome.out.append(some.data(), got > 0 ? static_cast<size_t>(got) : 0);
-        }
-        EXPECT_TRUE(outcome.out.ends_with(endMark));
-        outcome.out = outcome.out.substr(0, outcome.out.rfind(endMark));
-    }
-    outcome.status = exitStatusOf(child);
-    if (typed != nullptr) {
+        outcome.out = readTerminal(terminal, slave, child, outcome.status);
         close(terminal);
+        close(slave);
+    } else {
+        outcome.status = exitStatusOf(child);
     }
     if (typed == nullptr || printsToFile) {
         outcome.out = readFile(out);
