@@ -96,59 +96,37 @@ TEST(Wizard, OffersEveryPolicyFieldWithItsBound) {
     expectGolden("wizard-policy-fields.txt", golden);
 }
 
-// One kind of prompt at a time, reached with `way`: an empty line, answers that are no number of
-// its kind and numbers outside its bounds each get their message, then one is accepted and written.
+// One kind of prompt at a time, reached with `way`: an empty line, then lines that are no number of
+// its kind and numbers outside its bounds get their message each, then one is accepted and written.
 TEST(Wizard, JudgesEveryAnswer) {
-    const std::string tooLarge = "99999999999999999999";
-    const std::string digits = std::string(62, '0') + "15"; // only 63 count: 1
-    const std::string unsignedWay = "1\n2\ny\n", longWay = "3\n0\n",
-                      doubleWay = "2\n1\n\n\n\n\ny\n";
+    const std::string overflow = "99999999999999999999\n";
+    const std::string cut = std::string(62, '0') + "15"; // of 64 characters 63 count: 1
+    const std::string system = "1\n2\ny\n", policy = "3\n0\n", dimm = "2\n1\n\n\n\n\ny\n";
     const struct {
-        std::string way, message;
-        Words malformed, outside;
-        std::string accepted, write;
+        std::string way, kind, malformed, outside, accepted, write;
     } cases[] = {
-        {unsignedWay,
-         "Invalid unsigned integer.",
-         {tooLarge, "42 ", "42\r", "0x10", "word", " ", "1.5"},
-         {"100001", "-1", "4294967296"},
-         "  42",
-         "6 28757 4: 2a 00 00 00"},
-        {unsignedWay, "", {}, {}, "+7", "6 28757 4: 07 00 00 00"},
-        {unsignedWay, "", {}, {}, digits, "6 28757 4: 01 00 00 00"},
-        {unsignedWay, "", {}, {}, std::string("\0x\n8\0x", 6), "6 28757 4: 08 00 00 00"},
-        {"1\n1\n3\n\n\n\n\ny\n", "", {}, {"101"}, "100", "6 28781 4: 64 00 00 00"},
-        {longWay + "1\n",
-         "Invalid integer.",
-         {tooLarge, "1 ", "on"},
-         {"2", "-1"},
-         "1",
-         "6 29029 2: 01 00"},
-        {longWay + "27\n", "", {}, {"4294967296"}, "4294967295", "6 29087 2: ff ff"},
-        {longWay + "28\n", "", {}, {}, "4294967295", "6 29089 4: ff ff ff ff"},
-        {doubleWay,
-         "Invalid floating value.",
-         {"1e400", "12abc", "1,5", "1 "},
-         {"1000000000.5", "-1.1e9", "inf"},
-         "-1e9",
+        {system, "unsigned integer", overflow + "42 \n42\r\n0x10\nword\n \n1.5\n",
+         "100001\n-1\n4294967296\n", "  42", "6 28757 4: 2a 00 00 00"},
+        {system, "", "", "", "+7", "6 28757 4: 07 00 00 00"},
+        {system, "", "", "", cut, "6 28757 4: 01 00 00 00"},
+        {system, "", "", "", std::string("\0x\n8\0x", 6), "6 28757 4: 08 00 00 00"},
+        {"1\n1\n3\n\n\n\n\ny\n", "", "", "101\n", "100", "6 28781 4: 64 00 00 00"},
+        {policy + "1\n", "integer", overflow + "1 \non\n", "2\n-1\n", "1", "6 29029 2: 01 00"},
+        {policy + "27\n", "", "", "4294967296\n", "4294967295", "6 29087 2: ff ff"},
+        {policy + "28\n", "", "", "", "4294967295", "6 29089 4: ff ff ff ff"},
+        {dimm, "floating value", "1e400\n12abc\n1,5\n1 \n", "1000000000.5\n-1.1e9\ninf\n", "-1e9",
          "6 28925 8: 00 00 00 00 65 cd cd c1"},
-        {doubleWay, "", {}, {}, "0x1p3", "6 28925 8: 00 00 00 00 00 00 20 40"},
-        {doubleWay, "", {}, {}, "nan", "6 28925 8: 00 00 00 00 00 00 f8 7f"},
+        {dimm, "", "", "", "0x1p3", "6 28925 8: 00 00 00 00 00 00 20 40"},
+        {dimm, "", "", "", "nan", "6 28925 8: 00 00 00 00 00 00 f8 7f"},
     };
     for (const auto &c : cases) {
         Machine machine;
-        std::string typed = c.way + "\n";
-        for (const Words &answers : {c.malformed, c.outside}) {
-            for (const std::string &answer : answers) {
-                typed += answer + "\n";
-            }
-        }
-        const Outcome outcome = machine.runOnTerminal(wizard, typed + c.accepted + "\n");
+        const Outcome outcome = machine.runOnTerminal(wizard, c.way + "\n" + c.malformed +
+                                                                  c.outside + c.accepted + "\n");
         SCOPED_TRACE(outcome.out);
-        EXPECT_GE(countOf(outcome.out, "Please enter a number.\n"), 1);
-        EXPECT_EQ(c.message.empty() ? 0 : countOf(outcome.out, ": " + c.message + "\n"),
-                  c.malformed.size());
-        EXPECT_EQ(countOf(outcome.out, ": Out of range.\n"), c.outside.size());
+        EXPECT_GE(countOf(outcome.out, ": Please enter a number.\n"), 1);
+        EXPECT_EQ(countOf(outcome.out, ": Invalid " + c.kind + ".\n"), countOf(c.malformed, "\n"));
+        EXPECT_EQ(countOf(outcome.out, ": Out of range.\n"), countOf(c.outside, "\n"));
         EXPECT_EQ(outcome.only("write"), Words{"write " + c.write});
     }
 }
