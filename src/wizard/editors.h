@@ -1,8 +1,6 @@
 // The three editors of the wizard. Each returns when the user goes back or a menu prompt fails.
 #pragma once
 
-#include <cstdint>
-
 // Group 1: PPL, PL1, PL2, PL4 and dimmBwThrtlPerc of one CPU at a time, and the system limits.
 void editCpuPowerLimits();
 
