@@ -6,8 +6,8 @@
 
 #include <span>
 
-// One field that an editor offers to overwrite. A double asks for a floating-point number of up to a
-// thousand million either way, any other for an unsigned one.
+// One field that an editor offers to overwrite. A double asks for a floating-point number of up to
+// a thousand million either way, any other for an unsigned one.
 struct Question {
     char question[32];
     char label[16];
