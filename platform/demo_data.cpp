@@ -10,14 +10,14 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.outputRatingWatts = word(1400 + number);
     unit.status = word(0x0100 + number);
     unit.psuType = number == 1 ? 1 : 2;
-    unit.psuCapabilities = 0x00030201 + number;
+    unit.psuCapabilities = static_cast<uint32_t>(0x00030201 + number);
     unit.psuSlot = static_cast<uint8_t>(number + 1);
     setBytes(unit.psuPartNum, "0PS14A00 ");
     setBytes(unit.psuFwVersion, "01.04.02");
     setBytes(unit.u8SerialNumber, "SN0000000000");
     unit.u8SerialNumber[11] = static_cast<uint8_t>('A' + number);
     unit.inputRatingAmps = word(12 + number);
-    unit.inputRatingVolts = 230 + number;
+    unit.inputRatingVolts = static_cast<uint32_t>(230 + number);
     unit.psuACRatedWatts = word(1400 - number);
     unit.psuDCRatedWatts = word(1100 - number);
     unit.psuACRatedAmps = 7;
@@ -39,7 +39,7 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.Iout = 111 * load;
     unit.Vout = 12.18F;
     unit.FanSpeed1 = 8000 * load;
-    unit.u16VinDCMax = 380 + number;
+    unit.u16VinDCMax = static_cast<uint32_t>(380 + number);
     unit.IinOCWLimitMax = 8.5F;
     unit.IinOCWLimitMin = 7.25F;
     unit.inputOCWHalf = 4.125F;
@@ -63,15 +63,15 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     record.sNMStatisticsPWR.u16MinPwrPlat = 298;
     record.sNMStatisticsPWR.u16MaxPwrPlat = 981;
     record.sNMStatisticsPWR.u16AvgPwrPlat = 574;
-    record.sNMStatisticsPWR.u32IPMITimeStmp = static_cast<int32_t>(secondsAgo(60));
+    record.sNMStatisticsPWR.u32IPMITimeStmp = secondsAgo(60);
     record.sTolmPwrDataTypePWR.pwr = 608;
     record.sTolmPwrDataTypePWR.amps = 26;
-    record.sSysLevelSensor.u32CPStartTime = static_cast<int32_t>(secondsAgo(86400));
+    record.sSysLevelSensor.u32CPStartTime = secondsAgo(86400);
     record.sSysLevelSensor.u32CumulPower = 13904;
-    record.sSysLevelSensor.u32PeakStartTime = static_cast<int32_t>(secondsAgo(80000));
-    record.sSysLevelSensor.u32PeakPowerTime = static_cast<int32_t>(secondsAgo(5400));
+    record.sSysLevelSensor.u32PeakStartTime = secondsAgo(80000);
+    record.sSysLevelSensor.u32PeakPowerTime = secondsAgo(5400);
     record.sSysLevelSensor.u16PeakPower = 981;
-    record.sSysLevelSensor.u32PeakCurrTime = static_cast<int32_t>(secondsAgo(5340));
+    record.sSysLevelSensor.u32PeakCurrTime = secondsAgo(5340);
     record.sSysLevelSensor.u16PeakCurrent = 42;
     record.sSysLevelSensor.u16AvgPower = 574;
     for (int i = 0; i < 4; ++i) {
@@ -82,7 +82,7 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     }
 }
 
-void fillPsuInfo(PsuInfoSection &section) {
+void fillPsuInfo(sPSUInfoSection &section) {
     for (int number = 0; number < psuCount; ++number) {
         fillUnit(section.units[number], number);
         sPSUBusInfo &bus = section.buses[number];

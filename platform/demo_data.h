@@ -7,12 +7,7 @@
 #include "sections/power_reporting.h"
 #include "sections/psu_info.h"
 
-struct __attribute__((packed)) PsuInfoSection {
-    sTolmAbsPSUInfo units[psuCount];
-    sPSUBusInfo buses[psuCount];
-};
-
 void fillGlobalSection(sPwrIpmiGlobalSec1 &record);
-void fillPsuInfo(PsuInfoSection &section);
+void fillPsuInfo(sPSUInfoSection &section);
 void fillPowerReporting(sTolmAbsPowerReporting &record);
 void fillPowerConfig(sTolmAbsPowerConfigClr &record);

@@ -1,6 +1,8 @@
 #include "demo_data.h"
 #include "demo_values.h"
 
+#include "upm/block.h"
+
 namespace {
 
 sCupsPeriodStats statistics(int average, int minutes) {
@@ -37,7 +39,7 @@ void fillRegulator(sVcoreVRData &regulator, int number) {
     setText(regulator.VendorName, "VENDOR-%02d", number);
 }
 
-void fillUpmBlock(sTolmAbsPowerReporting &record) {
+void fillUpmBlock(sUpmBlock &record) {
     sPowerLimits &limits = record.powerLimits;
     sCpuPwrThermal &thermal = record.cpuPwrThermal;
     for (int cpu = 0; cpu < cpuCount; ++cpu) {
@@ -66,7 +68,7 @@ void fillUpmBlock(sTolmAbsPowerReporting &record) {
     limits.readRTC = secondsAgo(2);
 
     for (int number = 0; number < policyCount; ++number) {
-        sPolicy &policy = record.policyData.policies[number];
+        sPolicy &policy = record.policies[number];
         for (size_t i = 0; i < sizeof policy; i += 2) { // nearly all fields are words
             const auto value = static_cast<uint16_t>(1 + (i / 2 + static_cast<size_t>(number)) % 9);
             memcpy(reinterpret_cast<uint8_t *>(&policy) + i, &value, sizeof value);
@@ -77,12 +79,12 @@ void fillUpmBlock(sTolmAbsPowerReporting &record) {
         policy.LoadSubsidedThreshold = static_cast<uint32_t>(600 + number);
         policy.PolicyHysteresis = static_cast<uint32_t>(20 + number);
         policy.PolicyPwrInputSimulData = static_cast<uint32_t>(500 + number);
-        policy.PolicyDomain = static_cast<powerDomain>(1 + number % 3);
+        policy.PolicyDomain = static_cast<PowerDomain>(1 + number % 3);
         policy.PolicyExcursionCounter = word(40 + number);
     }
-    record.policyData.stateData.cpuWattsPowerFloor = 120;
-    record.policyData.stateData.safePolicyPsuPowerReadingTimeout = 30;
-    record.upmTimestamp = uint64_t{1000} * secondsAgo(1) + 250;
+    record.policyState.cpuWattsPowerFloor = 120;
+    record.policyState.safePolicyPsuPowerReadingTimeout = 30;
+    record.timestamp = uint64_t{1000} * secondsAgo(1) + 250;
 }
 
 } // namespace
@@ -106,7 +108,7 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.lastDayMaxPowerTime = minutesAgo(90);
     record.lastDayMaxPower = 981;
     record.lastWeekAvgPower = 561;
-    record.lastWeekMinPowerTime = static_cast<int32_t>(secondsAgo(400000));
+    record.lastWeekMinPowerTime = secondsAgo(400000);
     record.lastWeekMinPower = 291;
     record.lastWeekMaxPower = 1002;
     setText(record.activePolicyName, "Demo cap at %d W", 900);
@@ -160,5 +162,5 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     for (size_t i = 0; i < sizeof record.cpuSample; ++i) {
         record.cpuSample[i] = static_cast<uint8_t>(35 + i % 9);
     }
-    fillUpmBlock(record);
+    fillUpmBlock(*reinterpret_cast<sUpmBlock *>(record.upmBlock));
 }

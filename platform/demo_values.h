@@ -19,8 +19,8 @@ inline uint32_t secondsAgo(int seconds) {
     return static_cast<uint32_t>(time(nullptr) - seconds);
 }
 
-inline time32 minutesAgo(int minutes) {
-    return static_cast<time32>(secondsAgo(60 * minutes));
+inline Time32 minutesAgo(int minutes) {
+    return static_cast<Time32>(secondsAgo(60 * minutes));
 }
 
 inline uint16_t word(int value) {

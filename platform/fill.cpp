@@ -22,8 +22,7 @@ static int fail(const char *path, int error) {
 template <typename Record>
 static int writeSection(const char *folder, Section section, const Record &record, bool force) {
     char path[512];
-    const int length =
-        snprintf(path, sizeof path, "%s/section-%d", folder, static_cast<int>(section));
+    const int length = snprintf(path, sizeof path, "%s/section-%d", folder, section.id);
     if (length >= static_cast<int>(sizeof path)) {
         return fail(folder, ENAMETOOLONG);
     }
@@ -61,7 +60,7 @@ int main(int argc, char **argv) {
     mkdir(folder, 0777); // if this fails, so does every section, and says why
 
     static sPwrIpmiGlobalSec1 globalSection;
-    static PsuInfoSection psuInfo;
+    static sPSUInfoSection psuInfo;
     static sTolmAbsPowerReporting powerReporting;
     static sTolmAbsPowerConfigClr powerConfig;
     fillGlobalSection(globalSection);
@@ -70,10 +69,10 @@ int main(int argc, char **argv) {
     fillPowerConfig(powerConfig);
 
     const int statuses[] = {
-        writeSection(folder, Section::globalPower, globalSection, force),
-        writeSection(folder, Section::psuInfo, psuInfo, force),
-        writeSection(folder, Section::powerReporting, powerReporting, force),
-        writeSection(folder, Section::powerConfig, powerConfig, force),
+        writeSection(folder, globalPowerSection, globalSection, force),
+        writeSection(folder, psuInfoSection, psuInfo, force),
+        writeSection(folder, powerReportingSection, powerReporting, force),
+        writeSection(folder, powerConfigSection, powerConfig, force),
     };
     int outcome = 0;
     for (const int status : statuses) {

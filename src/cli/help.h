@@ -1,8 +1,8 @@
 // The two help texts.
 #pragma once
 
-// Prints the usage text, 38 lines that cover every option.
+// Prints the usage text, which covers every option.
 void printUsage();
 
-// Prints the menu of the sub-options of -u, 12 lines.
+// Prints the menu of the sub-options of -u.
 void printUpmHelp();

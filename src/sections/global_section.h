@@ -2,8 +2,10 @@
 #pragma once
 
 #include "sections/power_consumption.h"
+#include "sections/psu_info.h"
 #include "shm/shm.h"
 
+// Runs that nobody reads are numbered in order, in each struct by itself.
 struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
     struct __attribute__((packed)) {
         uint8_t u8NMSupport;
@@ -24,7 +26,7 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
         uint8_t u8MixedModePSUSupport;
         uint8_t u8PECIOverSMBusSupport;
         uint16_t au8CPUMisc[56]; // words, whatever the name says
-        uint8_t reserved132[4];
+        uint8_t reserved1[4];
     } sPowerInfoPWR;
     struct __attribute__((packed)) {
         uint16_t PwrCap;
@@ -49,7 +51,7 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
         uint16_t u16MinPwrPlat;
         uint16_t u16MaxPwrPlat;
         uint16_t u16AvgPwrPlat;
-        int32_t u32IPMITimeStmp;
+        uint32_t u32IPMITimeStmp;
     } sNMStatisticsPWR;
     struct __attribute__((packed)) {
         uint8_t u8I2CBus;
@@ -70,23 +72,23 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
         uint8_t u8RedundancyStatus;
         uint8_t u8CalculatedRedundancy;
         uint8_t u8RedundancyValidState;
-        uint8_t reserved309[4];
+        uint8_t reserved1[4];
         uint8_t u8StatusFAKE[psuCount];
         uint8_t u8PSUFaultStatusFAKE[psuCount];
         uint8_t testingEnabled;
     } sPSStateInfoPWR;
     struct __attribute__((packed)) {
         uint8_t u8SDRMultiplier;
-        int32_t u32CPStartTime;
-        int32_t u32CumulPower;
-        int32_t u32PeakStartTime;
-        int32_t u32PeakPowerTime;
+        uint32_t u32CPStartTime;
+        uint32_t u32CumulPower;
+        uint32_t u32PeakStartTime;
+        uint32_t u32PeakPowerTime;
         uint16_t u16PeakPower;
-        int32_t u32PeakCurrTime;
+        uint32_t u32PeakCurrTime;
         uint16_t u16PeakCurrent;
         uint16_t u16AvgPower;
     } sSysLevelSensor;
-    uint8_t reserved365[90];
+    uint8_t reserved1[90];
     uint8_t u8BladeFormFactor;
     uint8_t u8BPPresenceCount;
     uint8_t u8AlertDestinationSet;
@@ -98,26 +100,26 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
     uint8_t u8PowerONOFFCount;
     uint8_t u8ChassisControlFlag;
     uint16_t au16OOBStat1minAvg[4];
-    int32_t lclPwrMsgIdStatus;
-    uint8_t reserved477[4];
+    uint32_t lclPwrMsgIdStatus;
+    uint8_t reserved2[4];
     uint8_t u8NMState;
     uint8_t u8InitAgentComplete;
     uint8_t u8PSSensorInitComplete;
     uint8_t u8PowerONOFFState;
     uint8_t u8PSUFaultCheck;
     sPwrConsEntry CpuPowerStat[4];
-    uint8_t reserved554[17];
+    uint8_t reserved3[17];
     sPwrConsEntry MemPowerStat[8];
-    uint8_t reserved707[17];
+    uint8_t reserved4[17];
     uint8_t NMHealth;
     uint8_t u8PFPONCount;
-    uint8_t reserved726[44];
+    uint8_t reserved5[44];
     uint8_t throttleState;
     uint8_t u8IsMovarTimeSet;
-    uint8_t reserved772[26];
+    uint8_t reserved6[26];
     uint8_t PowerOnReqPSyS[5];
 };
-static_assert(sizeof(sPwrIpmiGlobalSec1) == globalPowerSize);
+static_assert(sizeof(sPwrIpmiGlobalSec1) == globalPowerSection.size);
 static_assert(offsetof(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR) == 136);
 static_assert(offsetof(sPwrIpmiGlobalSec1, sNMStatisticsPWR) == 236);
 static_assert(offsetof(sPwrIpmiGlobalSec1, sTolmPowerPOSConfigPWR) == 248);
@@ -131,7 +133,7 @@ static_assert(offsetof(sPwrIpmiGlobalSec1, NMHealth) == 724);
 static_assert(offsetof(sPwrIpmiGlobalSec1, throttleState) == 770);
 static_assert(offsetof(sPwrIpmiGlobalSec1, PowerOnReqPSyS) == 798);
 
-// Prints the offset of every member of the record, 109 lines, without reading shared memory.
+// Prints the offset of every member of the record, without reading shared memory.
 void printGlobalSectionOffsets();
 
 // Prints the value of every member; a failed allocation or read prints its message only.

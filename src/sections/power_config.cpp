@@ -1,34 +1,27 @@
 #include "sections/power_config.h"
 
-#include "sections/field.h"
+#include "sections/rows/section_report.h"
 
-#include <cstdio>
-
-using Record = sTolmAbsPowerConfigClr;
-
-static constexpr Style fieldStyle{.prefix = "   sPowerConfigSection.", .hyphens = 6};
 // One row a line.
 // clang-format off
-static constexpr Row fieldRows[] = {
-    ROW(peakHeadroom),
-    ROW(instHeadroom),
-    ROW(peakPowerTime),
-    ROW(peakPowerStartTime),
-    ROW(peakAmpsTime),
-    ROW(peakAmpsStartTime),
-    ROW(cumulativePower),
-    ROW(cumulativePowerStartTime),
-    ROW(cumulativeStartEnergy),
-};
-static constexpr auto fields = makeTable<fieldRows>();
+static constexpr auto rows = [] {
+    using Record = sTolmAbsPowerConfigClr;
+    return rowsOf(
+        ROW(peakHeadroom),
+        ROW(instHeadroom),
+        ROW(peakPowerTime),
+        ROW(peakPowerStartTime),
+        ROW(peakAmpsTime),
+        ROW(peakAmpsStartTime),
+        ROW(cumulativePower),
+        ROW(cumulativePowerStartTime),
+        ROW(cumulativeStartEnergy));
+}();
 // clang-format on
 
 void dumpPowerConfig() {
-    const SectionBuffer section =
-        readWholeSection(Section::powerConfig, powerConfigSize, MessageEnd::newline);
-    if (!section) {
-        return;
-    }
-    printf("sTolmAbsPowerConfigClr DATA::: sizeof structure = %d\n", powerConfigSize);
-    printRows(fieldStyle, fields, section.get());
+    printSection({.section = powerConfigSection,
+                  .record = "sTolmAbsPowerConfigClr",
+                  .style = {.prefix = "   sPowerConfigSection.", .hyphens = 6},
+                  .rows = tableOf<rows>()});
 }

@@ -1,25 +1,25 @@
 // The power configuration section (PWR_CFG_CLR_SEC) and its report.
 #pragma once
 
-#include "sections/row.h"
+#include "sections/rows/row.h"
 #include "shm/shm.h"
 
+// Runs that nobody reads are numbered in order.
 struct __attribute__((packed)) sTolmAbsPowerConfigClr {
     float peakHeadroom;
     uint32_t instHeadroom;
     int32_t peakPowerTime;
     int32_t peakPowerStartTime;
-    time32 peakAmpsTime;
-    time32 peakAmpsStartTime;
-    uint8_t reserved24[8];
+    Time32 peakAmpsTime;
+    Time32 peakAmpsStartTime;
+    uint8_t reserved1[8];
     uint32_t cumulativePower;
     int32_t cumulativePowerStartTime;
     float cumulativeStartEnergy;
-    uint8_t reserved44[180];
+    uint8_t reserved2[180];
 };
-static_assert(sizeof(sTolmAbsPowerConfigClr) == powerConfigSize);
+static_assert(sizeof(sTolmAbsPowerConfigClr) == powerConfigSection.size);
 static_assert(offsetof(sTolmAbsPowerConfigClr, cumulativePower) == 32);
 
-// Prints the section field by field (12 lines); a failed allocation or read prints its message
-// only.
+// Prints the section field by field; a failed allocation or read prints its message only.
 void dumpPowerConfig();

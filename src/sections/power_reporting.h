@@ -1,18 +1,17 @@
 // The power reporting section (PWR_RPTG_SEC) and the report of its front, which carries the power
-// history, utilisation statistics and readings. The UPM views print the tail.
+// history, utilisation statistics and readings. Its tail is the UPM data block.
 #pragma once
 
 #include "sections/power_consumption.h"
-#include "sections/upm_block.h"
 #include "shm/shm.h"
 
 // Utilisation statistics (CUPS) of one kind over one period.
 struct __attribute__((packed)) sCupsPeriodStats {
     uint16_t average;
     uint16_t minimum;
-    time32 minimumTime;
+    Time32 minimumTime;
     uint16_t maximum;
-    time32 maximumTime;
+    Time32 maximumTime;
 };
 static_assert(sizeof(sCupsPeriodStats) == 14);
 
@@ -34,7 +33,7 @@ static_assert(sizeof(sOOBData) == 8);
 
 // One voltage regulator.
 struct __attribute__((packed)) sVcoreVRData {
-    time32 u32IPMITimeStmp;
+    Time32 u32IPMITimeStmp;
     float temp;
     float Vin;
     float Vout;
@@ -44,37 +43,38 @@ struct __attribute__((packed)) sVcoreVRData {
     float Pcc;
     float Ocw;
     float FinalICA;
-    uint8_t reserved40[1];
+    uint8_t reserved1[1];
     char DisplayName[30];
     char PlanarId[30];
     char VendorName[31];
 };
 static_assert(sizeof(sVcoreVRData) == 132);
 
+// Runs that nobody reads are numbered in order.
 struct __attribute__((packed)) sTolmAbsPowerReporting {
     uint16_t peakHeadroom;
     uint16_t instHeadroom;
     uint16_t bladePowerAllocation;
-    uint8_t reserved6[2];
+    uint8_t reserved1[2];
     uint16_t psuRedundancyCapability;
-    int32_t systemCapabilities;
+    uint32_t systemCapabilities;
     uint16_t activePolicyCapWatts;
-    uint8_t reserved16[14];
+    uint8_t reserved2[14];
     uint16_t lastHourAvgPower;
-    time32 lastHourMinPowerTime;
+    Time32 lastHourMinPowerTime;
     uint16_t lastHourMinPower;
     uint16_t lastHourMaxPower;
-    time32 lastHourMaxPowerTime;
+    Time32 lastHourMaxPowerTime;
     uint16_t lastDayAvgPower;
     uint16_t lastDayMinPower;
-    time32 lastDayMinPowerTime;
-    time32 lastDayMaxPowerTime;
+    Time32 lastDayMinPowerTime;
+    Time32 lastDayMaxPowerTime;
     uint16_t lastDayMaxPower;
     uint16_t lastWeekAvgPower;
-    int32_t lastWeekMinPowerTime; // shown as a plain number, unlike the other times
+    uint32_t lastWeekMinPowerTime; // shown as a plain number, unlike the other times
     uint16_t lastWeekMinPower;
     uint16_t lastWeekMaxPower;
-    uint8_t reserved68[4];
+    uint8_t reserved3[4];
     char activePolicyName[64];
     uint16_t activePolicyValue1;
     uint16_t activePolicyValue2;
@@ -106,23 +106,23 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
     uint16_t peak_util_cups_io;
     uint16_t peak_util_cups_mem;
     uint16_t peak_util_cups_sys;
-    time32 peak_util_cups_cpu_time;
-    time32 peak_util_cups_io_time;
-    time32 peak_util_cups_mem_time;
-    time32 peak_util_cups_sys_time;
+    Time32 peak_util_cups_cpu_time;
+    Time32 peak_util_cups_io_time;
+    Time32 peak_util_cups_mem_time;
+    Time32 peak_util_cups_sys_time;
     sOOBData hour_oob_data[60]; // one a minute
     sOOBData day_oob_data[24];  // one an hour
     sOOBData week_oob_data[14]; // one a day
-    time32 peak_util_start_time_cups_cpu;
-    time32 peak_util_start_time_cups_io;
-    time32 peak_util_start_time_cups_mem;
-    time32 peak_util_start_time_cups_sys;
+    Time32 peak_util_start_time_cups_cpu;
+    Time32 peak_util_start_time_cups_io;
+    Time32 peak_util_start_time_cups_mem;
+    Time32 peak_util_start_time_cups_sys;
     sPwrConsEntry CpuPwrCons[5];
     sPwrConsEntry MemPwrCons[9];
     sPwrConsEntry SystemInputPwrCons;
     sPwrConsEntry SystemOutputPwrCons;
     struct __attribute__((packed)) {
-        time32 time;
+        Time32 time;
         uint16_t currentChannel1;
         uint16_t voltageChannel1;
         uint16_t currentChannel2;
@@ -131,13 +131,13 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
         uint16_t voltageChannel3;
     } subSystemCurrentChannel;
     struct __attribute__((packed)) {
-        time32 time;
+        Time32 time;
         float powerChannel1;
         float powerChannel2;
         float powerChannel3;
     } subSystemPowerChannel;
     struct __attribute__((packed)) {
-        time32 time;
+        Time32 time;
         uint16_t prochotcntr;
         uint16_t pwrbrkcntr;
         uint16_t smbaltcntr;
@@ -150,18 +150,12 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
         float psbPower;
     } subSystemPowerData;
     sVcoreVRData vcoreVRData[20];
-    uint8_t reserved4165[24470];
+    uint8_t reserved4[24470];
     uint8_t cpuSample[25]; // sub-second
-    uint8_t reserved28660[1];
-    // The UPM data block.
-    sPowerLimits powerLimits;
-    sCpuPwrThermal cpuPwrThermal;
-    uint8_t reserved29009[4];
-    sPolicyData policyData;
-    uint8_t reserved30189[80];
-    uint64_t upmTimestamp; // milliseconds since 1970-01-01 00:00:00 UTC
+    uint8_t reserved5[1];
+    uint8_t upmBlock[1616]; // the UPM data block, which has a record of its own
 };
-static_assert(sizeof(sTolmAbsPowerReporting) == powerReportingSize);
+static_assert(sizeof(sTolmAbsPowerReporting) == powerReportingSection.size);
 static_assert(offsetof(sTolmAbsPowerReporting, activePolicyName) == 72);
 static_assert(offsetof(sTolmAbsPowerReporting, sysPwrConsumption) == 140);
 static_assert(offsetof(sTolmAbsPowerReporting, peciCupsUtilLimits) == 150);
@@ -183,13 +177,8 @@ static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerChannel) == 1471);
 static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerData) == 1487);
 static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
 static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
-static_assert(offsetof(sTolmAbsPowerReporting, powerLimits) == 28661);
-static_assert(offsetof(sTolmAbsPowerReporting, cpuPwrThermal) == 28821);
-static_assert(offsetof(sTolmAbsPowerReporting, policyData) == 29013);
-static_assert(offsetof(sTolmAbsPowerReporting, policyData.policies) == 29029);
-static_assert(offsetof(sTolmAbsPowerReporting, policyData.reserved30181) == 30181);
-static_assert(offsetof(sTolmAbsPowerReporting, upmTimestamp) == 30269);
+static_assert(offsetof(sTolmAbsPowerReporting, upmBlock) == 28661);
 
-// Prints the front of the section in twelve blocks; a failed allocation or read prints its message
+// Prints the front of the section; a failed allocation or read prints its message
 // only.
 void dumpPowerReporting();

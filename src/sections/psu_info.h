@@ -1,28 +1,30 @@
 // The PSU information section (PSU_INFO_SEC) and its report.
 #pragma once
 
-#include "sections/row.h"
+#include "sections/rows/row.h"
 #include "shm/shm.h"
 
-// One power supply unit. Unit n (0..11) starts at byte 816 * n of the section.
+inline constexpr int32_t psuCount = 12;
+
+// One power supply unit. Runs that nobody reads are numbered in order.
 struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint16_t inputRatingWatts;
     uint16_t outputRatingWatts;
     uint8_t lineStatus;
     uint8_t lineStatusShadow;
     uint16_t status;
-    uint8_t reserved8[1];
+    uint8_t reserved1[1];
     uint8_t psuType; // 1: u16VinDCMax is shown, not u16VinMax
-    uint8_t reserved10[2];
-    int32_t psuCapabilities;
+    uint8_t reserved2[2];
+    uint32_t psuCapabilities;
     uint8_t psuSlot;
     uint8_t psuPartNum[9];
     uint8_t psuFRUInfo[256];
     uint8_t psuComponentId[4];
-    uint8_t reserved286[6];
+    uint8_t reserved3[6];
     uint16_t inputRatingAmps;
-    uint8_t reserved294[2];
-    int32_t inputRatingVolts;
+    uint8_t reserved4[2];
+    uint32_t inputRatingVolts;
     uint8_t psuISPMode;
     uint8_t psuNonCommMode;
     uint16_t psuACRatedWatts;
@@ -36,7 +38,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t psuFwUpdate;
     uint8_t psuFwRequestStatus;
     uint8_t psuFwUpdateStatus;
-    uint8_t reserved331[1];
+    uint8_t reserved5[1];
     uint8_t psuFwUpdatePwrOFF;
     uint8_t u8PMBusCRCFailEvent;
     uint16_t psuAmpReading;
@@ -44,7 +46,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t u8PSUFeatures;
     uint8_t u8SleepTrip;
     uint8_t u8WakeTrip;
-    uint8_t reserved341[1];
+    uint8_t reserved6[1];
     uint16_t u16PinMax;
     uint16_t u16VinMax;
     uint16_t u16IinMax;
@@ -57,7 +59,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t u8PSUFRURead;
     uint8_t u8SerialNumber[16];
     uint8_t u8PSUEfficiency[22];
-    uint8_t reserved397[3];
+    uint8_t reserved7[3];
     float Pin;
     float Iin;
     float Vin;
@@ -65,17 +67,17 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     float Iout;
     float Vout;
     float FanSpeed1;
-    uint8_t reserved428[36];
-    int32_t u16VinDCMax; // 4 bytes, whatever the name says
-    uint8_t reserved468[316];
+    uint8_t reserved8[36];
+    uint32_t u16VinDCMax; // 4 bytes, whatever the name says
+    uint8_t reserved9[316];
     float IinOCWLimitMax;
     float IinOCWLimitMin;
     float inputOCWHalf;
     float inputOCW[2];
     float psuShareMargin;
-    uint8_t reserved808[8];
+    uint8_t reserved10[8];
 };
-static_assert(sizeof(sTolmAbsPSUInfo) == psuRecordSize);
+static_assert(sizeof(sTolmAbsPSUInfo) == 816);
 static_assert(offsetof(sTolmAbsPSUInfo, psuFRUInfo) == 26);
 static_assert(offsetof(sTolmAbsPSUInfo, psuFwVersion) == 311);
 static_assert(offsetof(sTolmAbsPSUInfo, u16PinMax) == 342);
@@ -83,16 +85,23 @@ static_assert(offsetof(sTolmAbsPSUInfo, Pin) == 400);
 static_assert(offsetof(sTolmAbsPSUInfo, u16VinDCMax) == 464);
 static_assert(offsetof(sTolmAbsPSUInfo, IinOCWLimitMax) == 784);
 
-// Where a unit answers. The bus record of unit n starts at byte 9792 + 35 * n of the section.
+// Where a unit answers.
 struct __attribute__((packed)) sPSUBusInfo {
     uint8_t bus;
     uint8_t physicalBus;
     uint8_t address;
     char deviceName[32];
 };
-static_assert(sizeof(sPSUBusInfo) == psuBusRecordSize);
+static_assert(sizeof(sPSUBusInfo) == 35);
 
-// Prints all twelve units, installed or not, each from two reads of its own. A failed allocation or
+struct __attribute__((packed)) sPSUInfoSection {
+    sTolmAbsPSUInfo units[psuCount];
+    sPSUBusInfo buses[psuCount];
+};
+static_assert(sizeof(sPSUInfoSection) == psuInfoSection.size);
+static_assert(offsetof(sPSUInfoSection, buses) == 9792);
+
+// Prints all units, installed or not, each from two reads of its own. A failed allocation or
 // a failed read of a unit's record prints its message and ends the report there; a failed read of a
 // bus record shows as zeros and an empty name.
 void dumpPSUInfo();

@@ -26,7 +26,7 @@ SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end) {
 }
 
 int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length) {
-    return Tolm_shm_memread(static_cast<int32_t>(section), bytes, offset, length);
+    return Tolm_shm_memread(section.id, bytes, offset, length);
 }
 
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
@@ -38,18 +38,18 @@ bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_
     return result == 0;
 }
 
-SectionBuffer readWholeSection(Section section, int32_t size, MessageEnd end) {
-    SectionBuffer buffer = allocateBufferOrReport(size, end);
-    if (buffer && !readSectionOrReport(section, buffer.get(), 0, size, end)) {
+SectionBuffer readWholeSection(Section section, MessageEnd end) {
+    SectionBuffer buffer = allocateBufferOrReport(section.size, end);
+    if (buffer && !readSectionOrReport(section, buffer.get(), 0, section.size, end)) {
         buffer.reset();
     }
     return buffer;
 }
 
-void writePowerReporting(int32_t offset, const void *bytes, int32_t length) {
+int writeSection(Section section, int32_t offset, const void *bytes, int32_t length) {
     // The library only reads from the buffer, whether or not its declaration says so.
     auto *source = static_cast<uint8_t *>(const_cast<void *>(bytes));
-    Tolm_shm_memwrite(static_cast<int32_t>(Section::powerReporting), source, offset, length);
+    return Tolm_shm_memwrite(section.id, source, offset, length);
 }
 
 const char *policyName(int index) {

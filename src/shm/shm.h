@@ -1,27 +1,23 @@
-// The only door to the platform: the sections of the power-management shared memory, whole-section
-// reads, single-field writes and policy names. No other room includes the platform's headers.
+// The only door to the platform: the sections of the power-management shared memory, reads, the raw
+// write, and policy names. No other room includes the platform's headers.
 #pragma once
 
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 
-// Identifiers that the platform's shared-memory library gives to the sections.
-enum class Section : int32_t {
-    powerReporting = 6, // PWR_RPTG_SEC
-    psuInfo = 7,        // PSU_INFO_SEC
-    powerConfig = 8,    // PWR_CFG_CLR_SEC
-    globalPower = 39,   // PWR_IPMI_GLOBAL_SEC_1
+// A section: the identifier that the platform's shared-memory library gives to it, and its size in
+// bytes, fixed by the controller's firmware.
+struct Section {
+    int32_t id;
+    int32_t size;
 };
-
-// Sizes in bytes, fixed by the controller's firmware.
-inline constexpr int32_t globalPowerSize = 803;
-inline constexpr int32_t powerReportingSize = 30277;
-inline constexpr int32_t powerConfigSize = 224;
-// The PSU information section is 12 unit records followed by 12 bus records.
-inline constexpr int32_t psuRecordSize = 816;
-inline constexpr int32_t psuBusRecordSize = 35;
-inline constexpr int32_t psuCount = 12;
+inline constexpr Section powerReportingSection{6, 30277}; // PWR_RPTG_SEC
+inline constexpr Section psuInfoSection{7, 10212};        // PSU_INFO_SEC
+inline constexpr Section powerConfigSection{8, 224};      // PWR_CFG_CLR_SEC
+inline constexpr Section globalPowerSection{39, 803};     // PWR_IPMI_GLOBAL_SEC_1
+inline constexpr Section allSections[] = {powerReportingSection, psuInfoSection, powerConfigSection,
+                                          globalPowerSection};
 
 struct FreeBuffer {
     void operator()(uint8_t *bytes) const {
@@ -48,13 +44,13 @@ int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length)
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
                          MessageEnd end);
 
-// Allocates a buffer of `size` bytes and fills it with one read of the whole section. On either
-// failure prints that failure's message and returns null.
-SectionBuffer readWholeSection(Section section, int32_t size, MessageEnd end);
+// Allocates a buffer for a section and fills it with one read of the whole. On either failure
+// prints that failure's message and returns null.
+SectionBuffer readWholeSection(Section section, MessageEnd end);
 
-// Writes `length` bytes to byte `offset` of the power reporting section, the only section that is
-// ever written. The library's result is not examined: a refused write shows in the next read.
-void writePowerReporting(int32_t offset, const void *bytes, int32_t length);
+// Writes `length` bytes to byte `offset` of the section, unchecked: see writeUpmBlock, the only
+// caller. Returns 0, or the library's error code. Prints nothing.
+int writeSection(Section section, int32_t offset, const void *bytes, int32_t length);
 
 // The platform's name for policy 0..15, NUL-terminated, owned by the platform.
 const char *policyName(int index);

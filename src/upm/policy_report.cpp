@@ -1,52 +1,51 @@
 #include "upm/policy_report.h"
 
-#include "sections/field.h"
-#include "upm/policy_fields.h"
+#include "sections/rows/print_rows.h"
 #include "upm/timestamp.h"
+#include "upm/writable_fields.h"
 
 #include <cstdio>
 
-using Record = sTolmAbsPowerReporting;
+static constexpr PolicyStyle reportStyle{.indent = " ", .powerLimit = Kind::i32};
 
-static constexpr PolicyStyle reportStyle{.indent = " ", .unsignedPowerLimit = false};
-static constexpr Style stateStyle{.prefix = "   ", .hyphens = 5};
-
-// The state data's labels are the bare member names.
-#define STATE_ROW(member) ROW_LABELLED(#member, policyData.stateData.member)
+// The labels are the bare member names.
+#define STATE_ROW(member) ROW_LABEL(#member, policyState.member)
 
 // One row a line.
 // clang-format off
-static constexpr Row stateRows[] = {
-    line("Policy State Data:"),
-    STATE_ROW(policyUpdInx),
-    STATE_ROW(policyId),
-    STATE_ROW(policyExcursionState),
-    line("-----------------------------------------------------------------------------------------------------------"),
-    STATE_ROW(cpuWattsPowerFloor),
-    STATE_ROW(safePolicyPsuPowerReadingTimeout),
-    line("------------------------------------------------------------------------------------------------------------"),
-};
+static constexpr auto stateRows = [] {
+    using Record = sUpmBlock;
+    return rowsOf(
+        line("Policy State Data:"),
+        STATE_ROW(policyUpdInx),
+        STATE_ROW(policyId),
+        STATE_ROW(policyExcursionState),
+        line("-----------------------------------------------------------------------------------------------------------"),
+        STATE_ROW(cpuWattsPowerFloor),
+        STATE_ROW(safePolicyPsuPowerReadingTimeout),
+        line("------------------------------------------------------------------------------------------------------------"));
+}();
 // clang-format on
-static constexpr auto stateFields = makeTable<stateRows>();
 
 void printPolicyStateData(const uint8_t *section) {
-    printUpmTimestamp(load<uint64_t>(section + offsetof(Record, upmTimestamp)));
-    printRows(stateStyle, stateFields, section);
+    printUpmTimestamp(section);
+    printRows({.prefix = "   ", .hyphens = 5}, tableOf<stateRows>(), blockIn(section));
 }
 
 void printPolicy(const uint8_t *section, int32_t policy, const PolicyStyle &style) {
-    const uint8_t *record = section + offsetof(Record, policyData.policies) +
-                            static_cast<size_t>(policy) * sizeof(sPolicy);
+    const uint8_t *record = blockIn(section) + policyOffset(static_cast<size_t>(policy));
     char index[16];
     snprintf(index, sizeof index, "(%d).", policy);
-    const Style fieldStyle{
-        .prefix = index, .hyphens = 5, .unsignedWords = style.unsignedPowerLimit};
-    Output out;
-    for (int i = 0; i < policyFieldCount; ++i) {
+    const Style fieldStyle{.prefix = index, .hyphens = 5};
+    TextBuffer out;
+    forEachRow(tableOf<policyFields>(), allViews, [&](RowView row, const Rows & /*none*/) {
+        if (row.shape.offset == offsetof(sPolicy, policyPowerLimit)) {
+            row.shape.kind = style.powerLimit;
+        }
         out.put(style.indent);
         out.put(policyName(policy));
-        putRow(out, fieldStyle, policyRow(i), record);
-    }
+        putRow(out, fieldStyle, row, record);
+    });
 }
 
 void printPolicy(const uint8_t *section, int32_t policy) {
@@ -54,8 +53,7 @@ void printPolicy(const uint8_t *section, int32_t policy) {
 }
 
 void showPolicy(uint32_t policy) {
-    const SectionBuffer section =
-        readWholeSection(Section::powerReporting, powerReportingSize, MessageEnd::open);
+    const SectionBuffer section = readSectionOfBlock(MessageEnd::open);
     if (!section) {
         return;
     }
@@ -71,8 +69,7 @@ void showPolicy(uint32_t policy) {
 void showAllPolicies() {
     static constexpr char separator[] =
         ">>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>><<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<";
-    const SectionBuffer section =
-        readWholeSection(Section::powerReporting, powerReportingSize, MessageEnd::open);
+    const SectionBuffer section = readSectionOfBlock(MessageEnd::open);
     if (!section) {
         return;
     }

@@ -1,19 +1,18 @@
-// The policy report: the policy state data and the thirty fields of a policy, 0..15.
+// The policy report: the policy state data and the fields of a policy, 0..15.
 #pragma once
 
-#include <cstdint>
+#include "sections/rows/row.h"
 
-// How the lines of a policy begin, and whether its power limit is shown signed or unsigned.
+// How the lines of a policy begin, and how its power limit is shown: Kind::i32 or Kind::u32.
 struct PolicyStyle {
     const char *indent;
-    bool unsignedPowerLimit;
+    Kind powerLimit;
 };
 
-// Prints the UPM timestamp and the policy state data (9 lines) of a copy of the power reporting
-// section.
+// Prints the UPM timestamp and the policy state data of a copy of the power reporting section.
 void printPolicyStateData(const uint8_t *section);
 
-// Prints the 30 fields of a policy, 0..15, which the caller has checked, of a copy of the section.
+// Prints the fields of a policy, 0..15, which the caller has checked, of a copy of the section.
 void printPolicy(const uint8_t *section, int32_t policy);
 void printPolicy(const uint8_t *section, int32_t policy, const PolicyStyle &style);
 
@@ -21,5 +20,5 @@ void printPolicy(const uint8_t *section, int32_t policy, const PolicyStyle &styl
 // policy above 15, print their message, without a line end, and nothing else.
 void showPolicy(uint32_t policy);
 
-// The same for all sixteen policies, between separator lines (521 lines).
+// The same for all policies, between separator lines.
 void showAllPolicies();

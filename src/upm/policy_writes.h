@@ -7,7 +7,7 @@
 // policy above 15 prints a message and writes nothing.
 void writePolicyState(uint32_t policy, int32_t state);
 
-// Sets state and power limit of all sixteen policies to 0: one read of the section and one write
-// of its 1176 bytes of policy data, in which all other bytes are those just read. A failed
-// allocation or read prints its message, without a line end, and writes nothing.
+// Sets state and power limit of all policies to 0: one read of the section and one write of its
+// policy data run, in which all other bytes are those just read. A failed allocation or read prints
+// its message, without a line end, and writes nothing.
 void clearPolicyData();

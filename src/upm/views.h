@@ -2,11 +2,11 @@
 // of the power reporting section; a failed allocation or read prints its message only.
 #pragma once
 
-// Current power readings, CPU power limits, thermal data and all sixteen policies (632 lines).
+// Current power readings, CPU power limits, thermal data and all policies.
 void dumpUpmData();
 
-// Current power readings and CPU power limits (57 lines).
+// Current power readings and CPU power limits.
 void showCpuPowerLimits();
 
-// CPU thermal data (63 lines).
+// CPU thermal data.
 void showThermalData();

@@ -7,5 +7,5 @@ void editCpuPowerLimits();
 // Group 2: rawdts, thermalMargin, cpupkgPwr, tarTemp and dimmPwr of one CPU at a time.
 void editThermalData();
 
-// Group 3: the thirty fields of one policy.
+// Group 3: the fields of one policy.
 void editPolicy();

@@ -1,32 +1,27 @@
-#include "sections/field.h"
+#include "sections/rows/print_rows.h"
 #include "wizard/editors.h"
 #include "wizard/prompts.h"
 #include "wizard/section_editing.h"
 
 #include <cstdio>
 
-using Record = sTolmAbsPowerReporting;
-
-static constexpr uint32_t maxPower = 100000;
-static constexpr uint32_t maxPercent = 100;
-
-// One row a line.
+// One question a line.
 // clang-format off
 static constexpr Question cpuQuestions[] = {
-    {"Overwrite PPL?", "PPL", maxPower, ROW(powerLimits.cpuPPL).shape},
-    {"Overwrite PL1?", "PL1", maxPower, ROW(powerLimits.cpuPL1).shape},
-    {"Overwrite PL2?", "PL2", maxPower, ROW(powerLimits.cpuPL2).shape},
-    {"Overwrite PL4?", "PL4", maxPower, ROW(powerLimits.cpuPL4).shape},
-    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", maxPercent, ROW(powerLimits.dimmBwThrtlPerc).shape},
+    QUESTION("Overwrite PPL?", "PPL", powerLimits.cpuPPL),
+    QUESTION("Overwrite PL1?", "PL1", powerLimits.cpuPL1),
+    QUESTION("Overwrite PL2?", "PL2", powerLimits.cpuPL2),
+    QUESTION("Overwrite PL4?", "PL4", powerLimits.cpuPL4),
+    QUESTION("Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", powerLimits.dimmBwThrtlPerc),
 };
 static constexpr Question systemQuestions[] = {
-    {"Overwrite sysPL1?", "sysPL1", maxPower, ROW(powerLimits.sysPL1).shape},
-    {"Overwrite sysPL2?", "sysPL2", maxPower, ROW(powerLimits.sysPL2).shape},
+    QUESTION("Overwrite sysPL1?", "sysPL1", powerLimits.sysPL1),
+    QUESTION("Overwrite sysPL2?", "sysPL2", powerLimits.sysPL2),
 };
 // clang-format on
 
 static sPowerLimits limitsOf(const uint8_t *copy) {
-    return load<sPowerLimits>(copy + offsetof(Record, powerLimits));
+    return load<sPowerLimits>(blockIn(copy) + offsetof(sUpmBlock, powerLimits));
 }
 
 static void printCpuLimits(const sPowerLimits &limits, int32_t cpu) {
@@ -48,7 +43,7 @@ static void previewCpuPowerLimits(const uint8_t *copy) {
 }
 
 void editCpuPowerLimits() {
-    const SectionBuffer buffer = allocateBuffer(powerReportingSize);
+    const SectionBuffer buffer = allocateBuffer(powerReportingSection.size);
     uint8_t *copy = buffer.get();
     if (copy == nullptr || !readCopy(copy)) {
         return;

@@ -1,14 +1,11 @@
 #include "wizard/section_editing.h"
 
-#include "sections/field.h"
 #include "wizard/prompts.h"
 
 #include <cstdio>
 
-static constexpr double doubleLimit = 1e9;
-
 bool readCopy(uint8_t *copy) {
-    const int result = readSection(Section::powerReporting, copy, 0, powerReportingSize);
+    const int result = readSection(powerReportingSection, copy, 0, powerReportingSection.size);
     if (result != 0) {
         printf("ERROR reading PowerReporting from shm! ret=%d\n", result);
     }
@@ -17,19 +14,19 @@ bool readCopy(uint8_t *copy) {
 
 void askQuestions(std::span<const Question> questions, int32_t element) {
     for (const Question &question : questions) {
-        const auto size = static_cast<int32_t>(elementSize(question.field.kind));
-        const int32_t offset = question.field.offset + element * size;
+        const RowShape &field = question.field;
+        const size_t offset = field.offset + static_cast<size_t>(element) * field.size;
         double real = 0;
         uint32_t number = 0;
         if (promptYesNo(question.question) == 0) {
             continue;
         }
-        if (question.field.kind == Kind::f64) {
-            if (promptDouble(question.label, -doubleLimit, doubleLimit, real) == 0) {
-                writePowerReporting(offset, &real, size);
+        if (field.kind == Kind::f64) {
+            if (promptDouble(question.label, -maxDouble, maxDouble, real) == 0) {
+                writeUpmBlock(offset, &real, field.size);
             }
         } else if (promptUnsigned(question.label, question.max, number) == 0) {
-            writePowerReporting(offset, &number, size);
+            writeUpmBlock(offset, &number, field.size);
         }
     }
 }

@@ -2,18 +2,29 @@
 // reporting section, and questions whose confirmed answers are written to the section at once.
 #pragma once
 
-#include "sections/power_reporting.h"
+#include "upm/writable_fields.h"
 
 #include <span>
 
-// One field that an editor offers to overwrite. A double asks for a floating-point number of up to
-// a thousand million either way, any other for an unsigned one.
+// How an editor asks for one field that it offers to overwrite.
 struct Question {
     char question[32];
     char label[16];
-    uint32_t max;   // of an unsigned number
-    RowShape field; // in an sTolmAbsPowerReporting
+    RowShape field; // in the UPM block
+    uint32_t max;   // of an integer
 };
+
+#define QUESTION(question, label, path)                                                            \
+    makeQuestion(question, label, limitOrThermalField(offsetof(sUpmBlock, path)))
+
+template <size_t questionSize, size_t labelSize>
+consteval Question makeQuestion(const char (&question)[questionSize],
+                                const char (&label)[labelSize], const WritableField &field) {
+    Question made{{}, {}, field.row.shape, field.max};
+    std::copy_n(question, questionSize, made.question);
+    std::copy_n(label, labelSize, made.label);
+    return made;
+}
 
 // Reads the whole section into `copy`. On failure prints a message, leaves in the copy what the
 // library left there and returns false.

@@ -1,28 +1,25 @@
-#include "sections/field.h"
+#include "sections/rows/print_rows.h"
 #include "wizard/editors.h"
 #include "wizard/prompts.h"
 #include "wizard/section_editing.h"
 
 #include <cstdio>
 
-using Record = sTolmAbsPowerReporting;
-
-static constexpr uint32_t maxReading = 100000;
 static constexpr int32_t allCpus = -1;
 
-// One row a line.
+// One question a line.
 // clang-format off
 static constexpr Question questions[] = {
-    {"Overwrite rawdts?", "rawdts", maxReading, ROW(cpuPwrThermal.rawdts).shape},
-    {"Overwrite thermalMargin?", "thermalMargin", maxReading, ROW(cpuPwrThermal.thermalMargin).shape},
-    {"Overwrite cpupkgPwr?", "cpupkgPwr", maxReading, ROW(cpuPwrThermal.cpupkgPwr).shape},
-    {"Overwrite tarTemp?", "tarTemp", maxReading, ROW(cpuPwrThermal.tarTemp).shape},
-    {"Overwrite dimmPwr (double)?", "dimmPwr", 0, ROW(cpuPwrThermal.dimmPwr).shape},
+    QUESTION("Overwrite rawdts?", "rawdts", cpuPwrThermal.rawdts),
+    QUESTION("Overwrite thermalMargin?", "thermalMargin", cpuPwrThermal.thermalMargin),
+    QUESTION("Overwrite cpupkgPwr?", "cpupkgPwr", cpuPwrThermal.cpupkgPwr),
+    QUESTION("Overwrite tarTemp?", "tarTemp", cpuPwrThermal.tarTemp),
+    QUESTION("Overwrite dimmPwr (double)?", "dimmPwr", cpuPwrThermal.dimmPwr),
 };
 // clang-format on
 
 static void previewThermal(const uint8_t *copy, int32_t onlyCpu) {
-    const auto thermal = load<sCpuPwrThermal>(copy + offsetof(Record, cpuPwrThermal));
+    const auto thermal = load<sCpuPwrThermal>(blockIn(copy) + offsetof(sUpmBlock, cpuPwrThermal));
     puts("\n--- Thermal Preview ---");
     for (int32_t cpu = 0; cpu < cpuCount; ++cpu) {
         if (onlyCpu == allCpus || onlyCpu == cpu) {
@@ -34,7 +31,7 @@ static void previewThermal(const uint8_t *copy, int32_t onlyCpu) {
 }
 
 void editThermalData() {
-    const SectionBuffer buffer = allocateBuffer(powerReportingSize);
+    const SectionBuffer buffer = allocateBuffer(powerReportingSection.size);
     uint8_t *copy = buffer.get();
     if (copy == nullptr || !readCopy(copy)) {
         return;

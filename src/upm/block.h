@@ -1,13 +1,15 @@
-// The UPM data block, the tail of the power reporting section. It stands here, beside the front of
-// its record, so that the record is one struct. Reserved runs are never read or written one by one.
+// The UPM data block, the tail of the power reporting section: its record, where things lie in it,
+// and the one function that writes to it. All offsets are bytes from the start of the block unless
+// they say otherwise.
 #pragma once
 
-#include "sections/row.h"
+#include "sections/power_reporting.h"
 
 inline constexpr int cpuCount = 4;
 inline constexpr int policyCount = 16;
 
-// CPU power limits and what goes with them. The per-CPU arrays are indexed by CPU.
+// CPU power limits and what goes with them. Runs that nobody reads or writes one by one are
+// numbered in order, in each struct by itself. The per-CPU arrays are indexed by CPU.
 struct __attribute__((packed)) sPowerLimits {
     uint32_t cpuPPL[cpuCount];
     uint32_t cpuPL1[cpuCount];
@@ -19,10 +21,10 @@ struct __attribute__((packed)) sPowerLimits {
     uint32_t sysPL2;
     int32_t plStatus;
     uint32_t dimmBwThrtlPerc[cpuCount];
-    uint8_t reserved28785[4];
+    uint8_t reserved1[4];
     uint64_t cpuPLAvailability;
     uint8_t c0ResAvailablity[cpuCount];
-    uint8_t reserved28801[4];
+    uint8_t reserved2[4];
     uint64_t policyStatus;
     uint64_t readRTC;
 };
@@ -52,10 +54,10 @@ struct __attribute__((packed)) sPolicyStateData {
     uint8_t policyUpdInx;
     uint8_t policyId;
     uint8_t policyExcursionState;
-    uint8_t reserved29016[5];
+    uint8_t reserved1[5];
     uint16_t cpuWattsPowerFloor;
     uint16_t safePolicyPsuPowerReadingTimeout;
-    uint8_t reserved29025[4];
+    uint8_t reserved2[4];
 };
 static_assert(sizeof(sPolicyStateData) == 16);
 
@@ -85,12 +87,12 @@ struct __attribute__((packed)) sPolicy {
     uint16_t SFMultiplier;
     int16_t SFOffset;
     uint32_t PolicyHysteresis;
-    powerDomain PolicyDomain;
+    PowerDomain PolicyDomain;
     uint16_t PolicyPwrInputSource;
     uint32_t PolicyPwrInputSimulData;
     uint16_t PolicyExcursion;
     uint16_t PolicyExcursionCounter;
-    uint8_t reserved68[4];
+    uint8_t reserved1[4];
 };
 static_assert(sizeof(sPolicy) == 72);
 static_assert(offsetof(sPolicy, LoadSubsidedThreshold) == 38);
@@ -98,10 +100,55 @@ static_assert(offsetof(sPolicy, PolicyHysteresis) == 52);
 static_assert(offsetof(sPolicy, PolicyPwrInputSimulData) == 60);
 static_assert(offsetof(sPolicy, PolicyExcursionCounter) == 66);
 
-// The run that a clear of the policies writes back, 1176 bytes.
-struct __attribute__((packed)) sPolicyData {
-    sPolicyStateData stateData;
+struct __attribute__((packed)) sUpmBlock {
+    sPowerLimits powerLimits;
+    sCpuPwrThermal cpuPwrThermal;
+    uint8_t reserved1[4];
+    sPolicyStateData policyState;
     sPolicy policies[policyCount];
-    uint8_t reserved30181[8];
+    uint8_t reserved2[8]; // part of the policy data run
+    uint8_t reserved3[80];
+    uint64_t timestamp; // milliseconds since 1970-01-01 00:00:00 UTC
 };
-static_assert(sizeof(sPolicyData) == 1176);
+static_assert(sizeof(sUpmBlock) == 1616);
+static_assert(offsetof(sUpmBlock, cpuPwrThermal) == 160);
+static_assert(offsetof(sUpmBlock, policyState) == 352);
+static_assert(offsetof(sUpmBlock, policies) == 368);
+static_assert(offsetof(sUpmBlock, timestamp) == 1608);
+
+// Where the block begins in the section.
+inline constexpr size_t upmBlockOffset = offsetof(sTolmAbsPowerReporting, upmBlock);
+static_assert(upmBlockOffset == 28661);
+static_assert(sizeof(sUpmBlock) == sizeof(sTolmAbsPowerReporting::upmBlock));
+
+// The policy data run, which a clear of the policies writes back: policy state data, policies and
+// the reserved bytes behind them.
+inline constexpr size_t policyDataOffset = offsetof(sUpmBlock, policyState);
+inline constexpr size_t policyDataSize =
+    sizeof(sUpmBlock::policyState) + sizeof(sUpmBlock::policies) + sizeof(sUpmBlock::reserved2);
+static_assert(policyDataSize == 1176);
+
+// Where policy 0..15 begins.
+constexpr size_t policyOffset(size_t policy) {
+    return offsetof(sUpmBlock, policies) + policy * sizeof(sPolicy);
+}
+
+// Reads the power reporting section whole, for a view of the block. On failure prints the message
+// and returns null.
+inline SectionBuffer readSectionOfBlock(MessageEnd end) {
+    return readWholeSection(powerReportingSection, end);
+}
+
+// The block in a copy of the power reporting section.
+inline uint8_t *blockIn(uint8_t *section) {
+    return section + upmBlockOffset;
+}
+inline const uint8_t *blockIn(const uint8_t *section) {
+    return section + upmBlockOffset;
+}
+
+// Writes `length` bytes to byte `offset` of the block, with one call of the platform's library; the
+// only function that writes shared memory. Returns 0 or the library's error code, which the reports
+// and the wizard do not look at: a refused write shows in the next read. Returns -ERANGE, and calls
+// nothing, if the bytes do not all lie inside the block.
+int writeUpmBlock(size_t offset, const void *bytes, size_t length);

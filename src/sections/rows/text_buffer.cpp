@@ -1,63 +1,56 @@
-#include "sections/output.h"
+#include "sections/rows/text_buffer.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 
-void Output::flush() {
+void TextBuffer::flush() {
     fwrite_unlocked(text, 1, used, stdout);
-    flushed += used;
     used = 0;
 }
 
-void Output::putLong(const char *characters, size_t count) {
+void TextBuffer::putLong(std::string_view characters) {
     flush();
-    fwrite_unlocked(characters, 1, count, stdout);
-    flushed += count;
+    fwrite_unlocked(characters.data(), 1, characters.size(), stdout);
 }
 
-void Output::putLine(const char *string) {
-    put(string);
+void TextBuffer::putLine(std::string_view characters) {
+    put(characters);
     put('\n');
 }
 
-void Output::putRun(char character, int count) {
-    char *at = room();
-    for (; count > 0; --count) {
-        *at++ = character;
+void TextBuffer::putRun(char character, int count) {
+    if (count > 0) {
+        memset(room(), character, static_cast<size_t>(count));
+        used += static_cast<size_t>(count);
     }
-    used = static_cast<size_t>(at - text);
 }
 
-void Output::putUnsigned(uint64_t value, int width, char padding) {
+void TextBuffer::putUnsigned(uint64_t value, int width, char padding) {
     char digits[20];
     const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     putRun(padding, width - static_cast<int>(end - digits));
-    put(digits, static_cast<size_t>(end - digits));
+    put({digits, end});
 }
 
-void Output::putSigned(int64_t value) {
-    if (value < 0) {
-        put('-');
-    }
-    putUnsigned(value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value));
+void TextBuffer::putSigned(int32_t value) {
+    char digits[11];
+    put({digits, std::to_chars(digits, digits + sizeof digits, value).ptr});
 }
 
-void Output::putHex(uint64_t value, int digits) {
-    static constexpr char numerals[] = "0123456789abcdef";
-    while (digits < 16 && value >> (4 * digits) != 0) {
-        ++digits;
-    }
+void TextBuffer::putHex(uint32_t value, int digits) {
     char *at = room();
     *at++ = '0';
     *at++ = 'x';
-    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
-        *at++ = numerals[value >> shift & 0xF];
+    for (int length = (static_cast<int>(std::bit_width(value | 1)) + 3) / 4; length < digits;
+         ++length) {
+        *at++ = '0';
     }
-    used = static_cast<size_t>(at - text);
+    used = static_cast<size_t>(std::to_chars(at, text + sizeof text, value, 16).ptr - text);
 }
 
-void Output::putFixed(float value, int places) {
+void TextBuffer::putFixed(float value, int places) {
     static constexpr uint64_t powersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
     static constexpr double tooLarge = 1e15;
     // A float has 24 significant bits and the power at most 14, so the product is exact, and so is
@@ -68,7 +61,7 @@ void Output::putFixed(float value, int places) {
         char number[64];        // the largest float has 39 digits before the point
         const int count =
             snprintf(number, sizeof number, "%.*f", places, static_cast<double>(value));
-        put(number, static_cast<size_t>(count));
+        put({number, static_cast<size_t>(count)});
         return;
     }
     auto units = static_cast<uint64_t>(scaled);
@@ -86,8 +79,8 @@ void Output::putFixed(float value, int places) {
     }
 }
 
-void Output::putGeneral(double value) {
+void TextBuffer::putGeneral(double value) {
     char number[32];
     const int count = snprintf(number, sizeof number, "%g", value);
-    put(number, static_cast<size_t>(count));
+    put({number, static_cast<size_t>(count)});
 }

@@ -5,52 +5,45 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 // Collects text and hands it to standard output when it is full and when it goes out of scope.
-// Nothing else may print in between, so an Output lives within one function and what that calls
+// Nothing else may print in between, so a TextBuffer lives within one function and what that calls
 // with it.
-class Output {
+class TextBuffer {
   public:
     // cppcheck-suppress uninitMemberVar ; text beyond `used` is never read
-    Output() = default;
-    ~Output() {
+    TextBuffer() = default;
+    ~TextBuffer() {
         flush();
     }
-    Output(const Output &) = delete;
-    Output &operator=(const Output &) = delete;
+    TextBuffer(const TextBuffer &) = delete;
+    TextBuffer &operator=(const TextBuffer &) = delete;
 
-    void put(const char *characters, size_t count) {
-        if (count <= maxPiece) {
-            memcpy(room(), characters, count);
-            used += count;
+    void put(std::string_view characters) {
+        if (characters.size() <= maxPiece) {
+            memcpy(room(), characters.data(), characters.size());
+            used += characters.size();
         } else {
-            putLong(characters, count);
+            putLong(characters);
         }
-    }
-    void put(const char *string) {
-        put(string, strlen(string));
     }
     void put(char character) {
         *room() = character;
         ++used;
     }
-    void putLine(const char *string);
+    void putLine(std::string_view characters);
     // A character up to 256 times; not at all if the count is negative.
     void putRun(char character, int count);
     // Decimal, padded on the left up to the width.
     void putUnsigned(uint64_t value, int width = 0, char padding = ' ');
-    void putSigned(int64_t value);
-    // "0x" and at least so many lower-case hexadecimal digits, 1 to 16.
-    void putHex(uint64_t value, int digits);
+    void putSigned(int32_t value);
+    // "0x" and at least so many lower-case hexadecimal digits.
+    void putHex(uint32_t value, int digits);
     // As printf's %.*f prints it, for 0 to 6 places.
     void putFixed(float value, int places);
     // As printf's %g prints it.
     void putGeneral(double value);
-
-    // Characters put so far.
-    [[nodiscard]] size_t length() const {
-        return flushed + used;
-    }
 
   private:
     static constexpr size_t maxPiece = 256;
@@ -62,10 +55,9 @@ class Output {
         }
         return text + used;
     }
-    void putLong(const char *characters, size_t count);
+    void putLong(std::string_view characters);
     void flush();
 
     char text[4096];
     size_t used = 0;
-    size_t flushed = 0;
 };
