@@ -112,7 +112,7 @@ Outcome Machine::runOnTerminal(const std::vector<std::string> &arguments,
 
 // Becomes the program, or the emulator that runs it; never returns.
 [[noreturn]] static void become(const std::vector<std::string> &arguments,
-                                const Environment &settings) {
+                                const Environment &settings, const std::string &redirections) {
     std::vector<std::string> words = split(variable("ORBEL_TEST_EMULATOR", ""), ' ');
     for (const auto &[name, value] : settings) {
         if (words.empty()) {
@@ -123,6 +123,9 @@ Outcome Machine::runOnTerminal(const std::vector<std::string> &arguments,
     }
     words.push_back(buildFolder() + "/orbelstatprobe");
     words.insert(words.end(), arguments.begin(), arguments.end());
+    if (!redirections.empty()) {
+        words.insert(words.begin(), {"sh", "-c", "exec \"$0\" \"$@\" " + redirections});
+    }
     std::vector<char *> argv;
     for (std::string &word : words) {
         argv.push_back(word.data());
@@ -207,7 +210,7 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
         if (typed == nullptr || printsToFile) {
             redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
         }
-        become(arguments, settings);
+        become(arguments, settings, redirections);
     }
     if (typed != nullptr) {
         outcome.out = readTerminal(terminal, slave, child, outcome.status);

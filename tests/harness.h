@@ -37,6 +37,8 @@ class Machine {
     std::string folder; // holds the files "section-<n>"
     // Of a run on a terminal, standard output alone.
     bool printsToFile = false;
+    // The shell's, behind the command: what becomes of the program's standard streams.
+    std::string redirections;
     // Added to the program's environment; TZ is UTC unless set here.
     Environment environment;
 

@@ -3,7 +3,8 @@
 //     RECORD       file that the calls are appended to, a line each
 //     FAIL_READ    n:result   the n-th read fails with result
 //     FAIL_WRITES  result     every write fails with result
-//     POLICY_NAME  format     of every policy's name, with its number
+//     KEEP_OPEN    file       opened for writing at the first read, and left open
+//     POLICY_NAME  format     of every policy's name, with its number; none at all if empty
 //     REFUSE       size       malloc refuses requests of this size
 #include <cstdint>
 #include <cstdio>
@@ -48,6 +49,9 @@ using Write = int (*)(int32_t, const uint8_t *, int32_t, int32_t);
 extern "C" int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset, int32_t length) {
     static int calls = 0;
     char line[64];
+    if (const char *kept = getenv("KEEP_OPEN"); kept != nullptr && calls == 0) {
+        open(kept, O_RDWR);
+    }
     record(line, snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length));
     const int result = failure(++calls);
     const auto next = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "Tolm_shm_memread"));
@@ -72,6 +76,9 @@ extern "C" const char *policyTypeToString(int16_t policy) {
     static char name[512];
     const char *format = getenv("POLICY_NAME");
     record(name, snprintf(name, sizeof name, "name %d\n", policy));
+    if (format != nullptr && *format == '\0') {
+        return nullptr;
+    }
     snprintf(name, sizeof name, "%s-%d", format != nullptr ? format : "POLICY", policy);
     return name;
 }

@@ -96,6 +96,9 @@ TEST(Upm, FormatsItsTimestamp) {
 
 TEST(Upm, PrintsAPolicyNameOfAnyLength) {
     Machine machine;
+    machine.environment["POLICY_NAME"] = "";
+    EXPECT_NE(machine.run({"-u", "-p", "4"}).out.find("\n (null)(4).SFOffset ----- 0\n"),
+              std::string::npos);
     machine.environment["POLICY_NAME"] = std::string(300, 'N');
     const std::string line = "\n " + std::string(300, 'N') + "-4(4).limitingState ----- 0\n";
     EXPECT_NE(machine.run({"-u", "-p", "4"}).out.find(line), std::string::npos);

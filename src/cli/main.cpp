@@ -1,13 +1,13 @@
 #include "cli/command_line.h"
+#include "shm/standard_streams.h"
 
-#include <cstdio>
-#include <unistd.h>
+#include <sysexits.h>
 
 int main(int argc, char **argv) {
-    // A report goes out in a few large writes, unless a person watches it line by line.
-    static char outputBuffer[16384];
-    if (isatty(STDOUT_FILENO) == 0) {
-        setvbuf(stdout, outputBuffer, _IOFBF, sizeof outputBuffer);
+    if (!openStandardStreams()) {
+        return EX_IOERR;
     }
-    return runCommandLine(argc, argv);
+    const int status = runCommandLine(argc, argv);
+    const bool isWritten = closeStandardOutput("orbelstatprobe: standard output");
+    return isWritten || status == wizardStatus ? status : EX_IOERR;
 }

@@ -1,5 +1,6 @@
 #include "cli/write_option.h"
 
+#include "cli/command_line.h"
 #include "upm/policy_writes.h"
 #include "wizard/wizard.h"
 
@@ -89,7 +90,7 @@ Ending readWriteOption(const Arguments &arguments) {
     }
     if (arguments.is(k + 1, "-m")) {
         runOverwriteWizard();
-        return writeErrorStatus;
+        return wizardStatus;
     }
     if (arguments.is(k + 1, "-p")) {
         return readPolicyStateWrite(arguments, k + 1);

@@ -53,5 +53,6 @@ int writeSection(Section section, int32_t offset, const void *bytes, int32_t len
 }
 
 const char *policyName(int index) {
-    return policyTypeToString(static_cast<int16_t>(index));
+    const char *name = policyTypeToString(static_cast<int16_t>(index));
+    return name != nullptr ? name : "(null)";
 }

@@ -52,5 +52,6 @@ SectionBuffer readWholeSection(Section section, MessageEnd end);
 // caller. Returns 0, or the library's error code. Prints nothing.
 int writeSection(Section section, int32_t offset, const void *bytes, int32_t length);
 
-// The platform's name for policy 0..15, NUL-terminated, owned by the platform.
+// The platform's name for policy 0..15, NUL-terminated, owned by the platform; "(null)" if it has
+// none.
 const char *policyName(int index);
