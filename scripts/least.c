@@ -1,36 +1,31 @@
 /*
- * The least that a report can cost, for the benchmark: a start with the platform's two libraries,
- * the report's own reads and its finished text, written in pieces as large as the report's own. The
- * benchmark generates the two included files, so that nothing is left to be worked out at run time.
+ * The least that a report can cost, for the benchmark: `least TEXT [SECTION OFFSET LENGTH]...`
+ * starts with the platform's two libraries, makes the report's own reads and writes its finished
+ * text from a file, in pieces as large as the report's own.
  */
 #include "tolm_shm.h"
 
+#include <fcntl.h>
+#include <stdlib.h>
 #include <unistd.h>
 
-static const struct {
-    int32_t section, offset, length;
-} reads[] = {
-#include "reads.inc"
-    {0, 0, 0} /* the end */
-};
-static const unsigned char text[] = {
-#include "text.inc"
-};
+int main(int argc, char **argv) {
+    static uint8_t section[65536];
+    static char piece[16384];
 
-int main(void) {
-    static uint8_t buffer[65536];
-    const size_t piece = 16384;
-
-    for (int i = 0; reads[i].length != 0; ++i) {
-        if (Tolm_shm_memread(reads[i].section, buffer, reads[i].offset, reads[i].length) != 0) {
+    for (int i = 2; i + 2 < argc; i += 3) {
+        const int32_t length = atoi(argv[i + 2]);
+        if (length > (int32_t)sizeof section ||
+            Tolm_shm_memread(atoi(argv[i]), section, atoi(argv[i + 1]), length) != 0) {
             return 1;
         }
     }
-    for (size_t at = 0; at < sizeof text; at += piece) {
-        const size_t length = sizeof text - at < piece ? sizeof text - at : piece;
-        if (write(STDOUT_FILENO, text + at, length) != (ssize_t)length) {
+    const int text = argc > 1 ? open(argv[1], O_RDONLY) : -1;
+    ssize_t length = 0;
+    while ((length = read(text, piece, sizeof piece)) > 0) {
+        if (write(STDOUT_FILENO, piece, (size_t)length) != length) {
             return 1;
         }
     }
-    return 0;
+    return length < 0;
 }
