@@ -1,5 +1,6 @@
 #include "sections/global_section.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/section_report.h"
 
 #include <cstdio>
@@ -127,6 +128,10 @@ static constexpr auto rows = [] {
         line(""));
 }();
 // clang-format on
+
+Rows globalSectionFields() {
+    return fieldsOf<rows>();
+}
 
 void printGlobalSectionOffsets() {
     printf("sPwrIpmiGlobalSec1 OFFSETS::: sizeof structure = %d\n", globalPowerSection.size);

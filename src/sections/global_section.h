@@ -3,6 +3,7 @@
 
 #include "sections/power_consumption.h"
 #include "sections/psu_info.h"
+#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 // Runs that nobody reads are numbered in order, in each struct by itself.
@@ -132,6 +133,9 @@ static_assert(offsetof(sPwrIpmiGlobalSec1, MemPowerStat) == 571);
 static_assert(offsetof(sPwrIpmiGlobalSec1, NMHealth) == 724);
 static_assert(offsetof(sPwrIpmiGlobalSec1, throttleState) == 770);
 static_assert(offsetof(sPwrIpmiGlobalSec1, PowerOnReqPSyS) == 798);
+
+// The fields of the section, read off the reports' rows.
+Rows globalSectionFields();
 
 // Prints the offset of every member of the record, without reading shared memory.
 void printGlobalSectionOffsets();

@@ -1,5 +1,6 @@
 #include "sections/power_config.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/section_report.h"
 
 // One row a line.
@@ -18,6 +19,10 @@ static constexpr auto rows = [] {
         ROW(cumulativeStartEnergy));
 }();
 // clang-format on
+
+Rows powerConfigFields() {
+    return fieldsOf<rows>();
+}
 
 void dumpPowerConfig() {
     printSection({.section = powerConfigSection,

@@ -1,7 +1,7 @@
 // The power configuration section (PWR_CFG_CLR_SEC) and its report.
 #pragma once
 
-#include "sections/rows/row.h"
+#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 // Runs that nobody reads are numbered in order.
@@ -20,6 +20,9 @@ struct __attribute__((packed)) sTolmAbsPowerConfigClr {
 };
 static_assert(sizeof(sTolmAbsPowerConfigClr) == powerConfigSection.size);
 static_assert(offsetof(sTolmAbsPowerConfigClr, cumulativePower) == 32);
+
+// The fields of the section, read off the report's rows.
+Rows powerConfigFields();
 
 // Prints the section field by field; a failed allocation or read prints its message only.
 void dumpPowerConfig();

@@ -1,5 +1,6 @@
 #include "sections/power_reporting.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/section_report.h"
 
 // Lines of one kind's statistics over a period.
@@ -165,6 +166,10 @@ static constexpr auto rows = [] {
         shownAs(Kind::sample, ROW_VERBATIM("   cpuSample = ", cpuSample)));
 }();
 // clang-format on
+
+Rows powerReportingFields() {
+    return fieldsOf<rows>();
+}
 
 void dumpPowerReporting() {
     printSection({.section = powerReportingSection,

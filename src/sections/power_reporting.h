@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sections/power_consumption.h"
+#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 // Utilisation statistics (CUPS) of one kind over one period.
@@ -178,6 +179,9 @@ static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerData) == 1487);
 static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
 static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
 static_assert(offsetof(sTolmAbsPowerReporting, upmBlock) == 28661);
+
+// The fields of the front, read off the report's rows.
+Rows powerReportingFields();
 
 // Prints the front of the section; a failed allocation or read prints its message
 // only.

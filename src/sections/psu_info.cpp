@@ -1,5 +1,6 @@
 #include "sections/psu_info.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/print_rows.h"
 
 #include <cstdio>
@@ -96,6 +97,16 @@ static constexpr auto rowsAfterBus = [] {
         ROW_VERBATIM("   sPSUPwrSection.FanSpeed1 ---- ", FanSpeed1));
 }();
 // clang-format on
+
+static constexpr auto unitRows = rowsOf(rowsBeforeBus, rowsAfterBus);
+
+Rows psuFields() {
+    return fieldsOf<unitRows>();
+}
+
+Rows psuBusFields() {
+    return fieldsOf<busRows>();
+}
 
 static void printUnit(int32_t unit, const uint8_t *record) {
     printf("sTolmAbsPSUInfo DATA::: sizeof structure = %d\nINFO FOR PSU %d ::\n", unitSize,

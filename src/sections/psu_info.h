@@ -1,7 +1,7 @@
 // The PSU information section (PSU_INFO_SEC) and its report.
 #pragma once
 
-#include "sections/rows/row.h"
+#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 inline constexpr int32_t psuCount = 12;
@@ -100,6 +100,10 @@ struct __attribute__((packed)) sPSUInfoSection {
 };
 static_assert(sizeof(sPSUInfoSection) == psuInfoSection.size);
 static_assert(offsetof(sPSUInfoSection, buses) == 9792);
+
+// The fields of a unit and of its bus record, read off the report's rows.
+Rows psuFields();
+Rows psuBusFields();
 
 // Prints all units, installed or not, each from two reads of its own. A failed allocation or
 // a failed read of a unit's record prints its message and ends the report there; a failed read of a

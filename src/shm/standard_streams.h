@@ -7,6 +7,6 @@
 // person watches it line by line. To be called before anything else; returns whether all are open.
 bool openStandardStreams();
 
-// Closes standard output. Returns whether all that was printed has been written; if not, says why on
-// standard error, in one line that begins with `name`.
+// Closes standard output. Returns whether all that was printed has been written; if not, says why
+// on standard error, in one line that begins with `name`.
 bool closeStandardOutput(const char *name);

@@ -1,5 +1,6 @@
 #include "upm/policy_report.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/print_rows.h"
 #include "upm/timestamp.h"
 #include "upm/writable_fields.h"
@@ -26,6 +27,10 @@ static constexpr auto stateRows = [] {
         line("------------------------------------------------------------------------------------------------------------"));
 }();
 // clang-format on
+
+Rows policyStateFields() {
+    return fieldsOf<stateRows>();
+}
 
 void printPolicyStateData(const uint8_t *section) {
     printUpmTimestamp(section);

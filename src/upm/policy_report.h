@@ -1,13 +1,16 @@
 // The policy report: the policy state data and the fields of a policy, 0..15.
 #pragma once
 
-#include "sections/rows/row.h"
+#include "sections/rows/table.h"
 
 // How the lines of a policy begin, and how its power limit is shown: Kind::i32 or Kind::u32.
 struct PolicyStyle {
     const char *indent;
     Kind powerLimit;
 };
+
+// The fields of the policy state data in the block, read off the report's rows.
+Rows policyStateFields();
 
 // Prints the UPM timestamp and the policy state data of a copy of the power reporting section.
 void printPolicyStateData(const uint8_t *section);

@@ -1,5 +1,6 @@
 #include "upm/views.h"
 
+#include "sections/rows/fields.h"
 #include "sections/rows/print_rows.h"
 #include "upm/block.h"
 #include "upm/policy_report.h"
@@ -75,6 +76,14 @@ static constexpr auto thermalRows = [] {
         ROW(cpuPwrThermal.cpuEnergyTSAvailablity));
 }();
 // clang-format on
+
+Rows powerLimitFields() {
+    return fieldsOf<powerLimitRows>();
+}
+
+Rows thermalFields() {
+    return fieldsOf<thermalRows>();
+}
 
 // Reads the section and prints its timestamp. Returns null after a failure.
 static SectionBuffer beginView() {

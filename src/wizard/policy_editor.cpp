@@ -8,13 +8,7 @@
 
 static constexpr int32_t fieldCount = std::size(policyFields);
 
-// The column of the fields' bounds, apart from what only the compiler needs.
-static constexpr auto bounds = [] {
-    std::array<uint32_t, fieldCount> column{};
-    std::transform(policyFields.begin(), policyFields.end(), column.begin(),
-                   [](const WritableField &field) { return field.max; });
-    return column;
-}();
+static constexpr auto bounds = boundsOf<policyFields>;
 
 // What stands behind a field's name.
 struct Hints {

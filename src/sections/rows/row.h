@@ -28,7 +28,6 @@
 //     }();
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -170,6 +169,15 @@ consteval Row line(const char *text) {
     return {text, {Kind::line, true, allViews, 0, 0, 0, 0}, "", Kind::line};
 }
 
+// What is written in a table may have more columns than the row.
+constexpr const Row &rowOf(const auto &written) {
+    if constexpr (requires { written.row; }) {
+        return written.row;
+    } else {
+        return written;
+    }
+}
+
 template <typename Part> inline constexpr size_t rowCount = std::tuple_size_v<Part>;
 template <> inline constexpr size_t rowCount<Row> = 1;
 
@@ -181,7 +189,9 @@ template <typename... Parts> consteval auto rowsOf(const Parts &...parts) {
         if constexpr (std::is_same_v<decltype(part), const Row &>) {
             *end++ = part;
         } else {
-            end = std::copy(part.begin(), part.end(), end);
+            for (const auto &entry : part) {
+                *end++ = rowOf(entry);
+            }
         }
     };
     (append(parts), ...);
@@ -189,7 +199,8 @@ template <typename... Parts> consteval auto rowsOf(const Parts &...parts) {
 }
 
 // The row of a struct, or of an array of them, and the rows of that struct.
-template <size_t count> consteval auto nested(Row record, const std::array<Row, count> &rows) {
+template <typename Entry, size_t count>
+consteval auto nested(Row record, const std::array<Entry, count> &rows) {
     record.shape.nestedRows = count;
     return rowsOf(record, rows);
 }

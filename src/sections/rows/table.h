@@ -60,15 +60,6 @@ template <typename Visit> void forEachRow(const Rows &rows, Views views, Visit v
     }
 }
 
-// What is written down may have more columns than the row.
-constexpr const Row &rowOf(const auto &written) {
-    if constexpr (requires { written.row; }) {
-        return written.row;
-    } else {
-        return written;
-    }
-}
-
 template <const auto &written> consteval auto makeTable() {
     constexpr size_t labelSize = [] {
         size_t size = 0;

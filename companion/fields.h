@@ -1,0 +1,130 @@
+// The fields of the shared memory by their paths: first the root, a section's short name, then the
+// members' names as in the records, joined by points, elements in brackets.
+#pragma once
+
+#include "sections/rows/table.h"
+#include "shm/shm.h"
+
+#include <cstring>
+#include <span>
+
+// One field: a scalar, an element of an array, or a text.
+struct Field {
+    std::string_view path; // only while it is visited
+    Section section;
+    int32_t offset; // of the first byte within the section
+    int32_t size;   // in bytes
+    Kind type;      // what the member's type stands for
+};
+
+// What a record contributes to the fields of a root.
+struct RecordPlace {
+    std::string_view group; // below the root; "" if the fields stand right there
+    int32_t offset;         // of the record within the section
+    int32_t stride;         // to the same record of the root's next element
+    Rows (*fields)();
+};
+
+struct Root {
+    std::string_view name;
+    size_t count; // of elements; 0 if it is no array
+    Section section;
+    std::span<const RecordPlace> records;
+};
+
+// All roots, in the order in which fields are visited.
+std::span<const Root> allRoots();
+
+// A path under construction. The longest there is has some sixty characters.
+class Path {
+  public:
+    // Adds a piece, after a point unless it is the first.
+    void append(std::string_view piece);
+    void appendIndex(size_t index);
+    // Takes off what stands beyond `length`.
+    void cut(size_t length) {
+        used = length;
+    }
+    [[nodiscard]] std::string_view view() const {
+        return {text, used};
+    }
+
+  private:
+    char text[256];
+    size_t used = 0;
+};
+
+// Whether one path names the other or what it lies in. All are related to "".
+bool areRelated(std::string_view one, std::string_view other);
+
+// Appends each index below `count` to the path, or nothing if `count` is 0, and calls
+// visit(element) for those that are related to the wanted path.
+template <typename Visit>
+void forEachElement(Path &path, size_t count, std::string_view wanted, Visit visit) {
+    const size_t length = path.view().size();
+    for (size_t element = 0; element == 0 || element < count; ++element) {
+        if (count != 0) {
+            path.appendIndex(element);
+        }
+        if (areRelated(path.view(), wanted)) {
+            visit(static_cast<int32_t>(element));
+        }
+        path.cut(length);
+    }
+}
+
+// Calls visit(Field) for the fields of a record at `offset`, whose path stands in `path`.
+template <typename Visit>
+void forEachRowsField(Path &path, const Rows &rows, const Root &root, int32_t offset,
+                      std::string_view wanted, const Visit &visit) {
+    forEachRow(rows, allViews, [&](const RowView &row, const Rows &nested) {
+        const size_t length = path.view().size();
+        const RowShape &shape = row.shape;
+        const bool isText = shape.kind == Kind::text;
+        path.append(row.label);
+        if (areRelated(path.view(), wanted)) {
+            forEachElement(path, isText ? 0 : shape.count, wanted, [&](int32_t element) {
+                const int32_t at = offset + shape.offset + element * shape.size;
+                if (nested.size() != 0) {
+                    forEachRowsField(path, nested, root, at, wanted, visit);
+                } else {
+                    visit(Field{path.view(), root.section, at, isText ? shape.count : shape.size,
+                                shape.kind});
+                }
+            });
+        }
+        path.cut(length);
+    });
+}
+
+// Calls visit(Field) for every field that the wanted path names or that lies below it, in the order
+// of the roots and, within each, of their records. "" names all.
+template <typename Visit> void forEachField(std::string_view wanted, const Visit &visit) {
+    Path path;
+    for (const Root &root : allRoots()) {
+        path.cut(0);
+        path.append(root.name);
+        forEachElement(path, root.count, wanted, [&](int32_t element) {
+            const size_t length = path.view().size();
+            for (const RecordPlace &record : root.records) {
+                if (!record.group.empty()) {
+                    path.append(record.group);
+                }
+                if (areRelated(path.view(), wanted)) {
+                    forEachRowsField(path, record.fields(), root,
+                                     record.offset + element * record.stride, wanted, visit);
+                }
+                path.cut(length);
+            }
+        });
+    }
+}
+
+// Whether the wizard may write a field, and up to which bound.
+struct WriteBound {
+    bool isWritable;
+    // The greatest value of an integer, the wizard's or the greatest that the field's bytes hold;
+    // the least is 0. A double goes from -maxDouble to maxDouble.
+    uint32_t max;
+};
+WriteBound writeBoundOf(const Field &field);

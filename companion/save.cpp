@@ -1,0 +1,86 @@
+#include "companion/commands.h"
+#include "companion/report.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Writes a file that is on its medium when it gets its name. Returns 0 or an errno value; then
+// there is no file, or still the one that was there.
+static int writeFile(const char *path, const char *temporary, const uint8_t *bytes, size_t size) {
+    const int file = open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) {
+        return errno;
+    }
+    int error = 0;
+    for (size_t written = 0; error == 0 && written < size;) {
+        const ssize_t some = write(file, bytes + written, size - written);
+        if (some >= 0) {
+            written += static_cast<size_t>(some);
+        } else if (errno != EINTR) {
+            error = errno;
+        }
+    }
+    if (error == 0 && fsync(file) != 0) {
+        error = errno;
+    }
+    if (close(file) != 0 && error == 0) {
+        error = errno;
+    }
+    if (error == 0 && rename(temporary, path) != 0) {
+        error = errno;
+    }
+    if (error != 0) {
+        unlink(temporary);
+    }
+    return error;
+}
+
+static int saveSection(const char *folder, Section section, SectionCopies &copies) {
+    char path[4096];
+    char temporary[sizeof path + 32];
+    const int length = snprintf(path, sizeof path, "%s/section-%d", folder, section.id);
+    if (length >= static_cast<int>(sizeof path)) {
+        complain("%s: %s", folder, strerror(ENAMETOOLONG));
+        return failed;
+    }
+    snprintf(temporary, sizeof temporary, "%s.%d", path, getpid());
+    const uint8_t *bytes = copies.of(section);
+    if (bytes == nullptr) {
+        return failed;
+    }
+    const int error = writeFile(path, temporary, bytes, static_cast<size_t>(section.size));
+    if (error != 0) {
+        complain("%s: %s", path, strerror(error));
+        return failed;
+    }
+    printf("%s: %d bytes\n", path, section.size);
+    return succeeded;
+}
+
+int saveSections(Words arguments) {
+    const char *folder = arguments[0];
+    if (mkdir(folder, 0777) != 0 && errno != EEXIST) {
+        complain("%s: %s", folder, strerror(errno));
+        return failed;
+    }
+    SectionCopies copies;
+    int status = succeeded;
+    for (const Section section : allSections) {
+        if (saveSection(folder, section, copies) != succeeded) {
+            status = failed;
+        }
+    }
+    // The names are on the medium when the folder is.
+    const int descriptor = open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0 || fsync(descriptor) != 0) {
+        complain("%s: %s", folder, strerror(errno));
+        status = failed;
+    }
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    return status;
+}

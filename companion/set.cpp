@@ -1,0 +1,179 @@
+#include "companion/commands.h"
+#include "companion/report.h"
+#include "companion/values.h"
+#include "upm/block.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <sys/types.h>
+
+namespace {
+
+// Memory of malloc, freed when its owner returns.
+struct Free {
+    void operator()(void *memory) const {
+        free(memory);
+    }
+};
+template <typename T> using Memory = std::unique_ptr<T[], Free>;
+
+template <typename T> Memory<T> allocate(size_t count) {
+    return Memory<T>(static_cast<T *>(calloc(count, sizeof(T))));
+}
+
+// Lines of standard input, without their ends.
+struct InputLines {
+    Memory<char> text;
+    Memory<char *> lines;
+    size_t count = 0;
+};
+
+// Reads standard input to its end. Says why on standard error and returns false if that fails.
+bool readInput(InputLines &input) {
+    char *text = nullptr;
+    size_t allocated = 0;
+    errno = 0;
+    const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
+    input.text.reset(text);
+    if (length <= 0 || ferror(stdin) != 0) {
+        complain("standard input: %s", errno != 0 ? strerror(errno) : "nothing to set");
+        return false;
+    }
+    if (text[length - 1] == '\0') {
+        complain("standard input: a NUL byte");
+        return false;
+    }
+    input.lines = allocate<char *>(static_cast<size_t>(length));
+    if (!input.lines) {
+        complain("standard input: no memory");
+        return false;
+    }
+    for (char *rest = text; *rest != '\0';) {
+        input.lines[input.count++] = rest;
+        rest += strcspn(rest, "\n");
+        if (*rest == '\n') {
+            *rest++ = '\0';
+        }
+    }
+    return true;
+}
+
+// A field and what is to be written to it.
+struct Assignment {
+    Field field;
+    uint8_t bytes[maxValueSize];
+};
+
+// Takes PATH=VALUE apart. Returns null, or what is wrong with it.
+const char *parseAssignment(const char *text, Assignment &assignment) {
+    const std::string_view path(text, strcspn(text, "="));
+    if (text[path.size()] == '\0') {
+        return "not PATH=VALUE";
+    }
+    const char *wrong = "no such field";
+    if (path.empty()) {
+        return wrong;
+    }
+    forEachField(path, [&](const Field &field) {
+        const WriteBound bound = writeBoundOf(field);
+        if (field.path.size() != path.size()) {
+            wrong = "names more than one field";
+        } else if (!bound.isWritable) {
+            wrong = "may not be written";
+        } else {
+            assignment.field = field;
+            assignment.field.path = path;
+            wrong = parseValue(field, bound.max, text + path.size() + 1, assignment.bytes);
+        }
+    });
+    return wrong;
+}
+
+// Writes the assignments in turn until one fails; `section` is a copy of the section and gets what
+// shared memory should hold afterwards. Returns how many were written.
+size_t write(std::span<const Assignment> assignments, uint8_t *section, bool isDryRun) {
+    TextBuffer out;
+    size_t written = 0;
+    for (const Assignment &assignment : assignments) {
+        const Field &field = assignment.field;
+        const auto size = static_cast<size_t>(field.size);
+        if (!isDryRun) {
+            const size_t offset = static_cast<size_t>(field.offset) - upmBlockOffset;
+            if (const int error = writeUpmBlock(offset, assignment.bytes, size)) {
+                complain("%.*s: cannot be written, error %d of the library",
+                         static_cast<int>(field.path.size()), field.path.data(), error);
+                break;
+            }
+        }
+        out.put(field.path);
+        out.put(": ");
+        putValue(out, field, section);
+        memcpy(section + field.offset, assignment.bytes, size);
+        out.put(" -> ");
+        putValue(out, field, section);
+        out.put('\n');
+        ++written;
+    }
+    return written;
+}
+
+// Whether shared memory holds what was written to these fields.
+bool isReadBack(std::span<const Assignment> assignments, const uint8_t *expected) {
+    SectionCopies copies;
+    const uint8_t *section = copies.of(powerReportingSection);
+    bool isSame = section != nullptr;
+    for (const Assignment &assignment : assignments) {
+        const Field &field = assignment.field;
+        if (section != nullptr && memcmp(section + field.offset, expected + field.offset,
+                                         static_cast<size_t>(field.size)) != 0) {
+            complain("%.*s: does not read back as it was written",
+                     static_cast<int>(field.path.size()), field.path.data());
+            isSame = false;
+        }
+    }
+    return isSame;
+}
+
+} // namespace
+
+int setFields(Words arguments) {
+    const bool isDryRun = strcmp(arguments[0], "--dry-run") == 0;
+    Words texts = arguments.subspan(isDryRun ? 1 : 0);
+    if (texts.empty()) {
+        complain("set: nothing to set; see orbelstatctl --help");
+        return refused;
+    }
+    InputLines input;
+    const bool isInput = texts.size() == 1 && strcmp(texts[0], "-") == 0;
+    if (isInput) {
+        if (!readInput(input)) {
+            return refused;
+        }
+        texts = {input.lines.get(), input.count};
+    }
+    const auto assignments = allocate<Assignment>(texts.size());
+    if (!assignments) {
+        complain("no memory");
+        return failed;
+    }
+    bool areTaken = true;
+    for (size_t i = 0; i < texts.size(); ++i) {
+        if (const char *wrong = parseAssignment(texts[i], assignments[i])) {
+            areTaken = false;
+            isInput ? complain("line %zu: %s: %s", i + 1, texts[i], wrong)
+                    : complain("%s: %s", texts[i], wrong);
+        }
+    }
+    if (!areTaken) {
+        return refused;
+    }
+    SectionCopies copies;
+    uint8_t *section = copies.of(powerReportingSection);
+    if (section == nullptr) {
+        return failed;
+    }
+    const std::span all(assignments.get(), texts.size());
+    const size_t written = write(all, section, isDryRun);
+    const bool isDone = isDryRun || isReadBack(all.first(written), section);
+    return isDone && written == all.size() ? succeeded : failed;
+}

@@ -1,0 +1,170 @@
+#include "companion/values.h"
+
+#include "sections/rows/print_rows.h"
+#include "upm/writable_fields.h"
+
+#include <cctype>
+#include <cerrno>
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+void putType(TextBuffer &out, const Field &field) {
+    switch (field.type) {
+    case Kind::u8:
+        out.put("u8");
+        break;
+    case Kind::u16:
+    case Kind::domain:
+        out.put("u16");
+        break;
+    case Kind::u32:
+        out.put("u32");
+        break;
+    case Kind::u64:
+        out.put("u64");
+        break;
+    case Kind::i16:
+        out.put("i16");
+        break;
+    case Kind::i32:
+        out.put("i32");
+        break;
+    case Kind::f32:
+        out.put("float");
+        break;
+    case Kind::f64:
+        out.put("double");
+        break;
+    case Kind::time:
+        out.put("time32");
+        break;
+    default:
+        out.put("char[");
+        out.putUnsigned(static_cast<uint32_t>(field.size));
+        out.put(']');
+    }
+}
+
+// Puts a number with as many digits as it takes to read it back: `enough` of them do for every
+// number that can be written with so many, `most` for all.
+template <typename Number>
+static void putShortest(TextBuffer &out, Number value, int enough, int most,
+                        Number (*read)(const char *, char **)) {
+    char text[32];
+    int length = 0;
+    for (int digits = enough; digits <= most; ++digits) {
+        length = snprintf(text, sizeof text, "%.*g", digits, static_cast<double>(value));
+        if (read(text, nullptr) == value) {
+            break;
+        }
+    }
+    out.put({text, static_cast<size_t>(length)});
+}
+
+static std::string_view textOf(const Field &field, const uint8_t *section) {
+    const auto *text = reinterpret_cast<const char *>(section + field.offset);
+    return {text, strnlen(text, static_cast<size_t>(field.size))};
+}
+
+void putValue(TextBuffer &out, const Field &field, const uint8_t *section) {
+    const uint8_t *at = section + field.offset;
+    switch (field.type) {
+    case Kind::u8:
+        out.putUnsigned(load<uint8_t>(at));
+        break;
+    case Kind::u16:
+    case Kind::domain:
+        out.putUnsigned(load<uint16_t>(at));
+        break;
+    case Kind::u32:
+    case Kind::time:
+        out.putUnsigned(load<uint32_t>(at));
+        break;
+    case Kind::u64:
+        out.putUnsigned(load<uint64_t>(at));
+        break;
+    case Kind::i16:
+        out.putSigned(load<int16_t>(at));
+        break;
+    case Kind::i32:
+        out.putSigned(load<int32_t>(at));
+        break;
+    case Kind::f32:
+        putShortest(out, load<float>(at), FLT_DIG, FLT_DECIMAL_DIG, strtof);
+        break;
+    case Kind::f64:
+        putShortest(out, load<double>(at), DBL_DIG, DBL_DECIMAL_DIG, strtod);
+        break;
+    default:
+        out.put(textOf(field, section));
+    }
+}
+
+static void putJsonString(TextBuffer &out, std::string_view text) {
+    out.put('"');
+    for (const char character : text) {
+        const auto byte = static_cast<uint8_t>(character);
+        if (character == '"' || character == '\\') {
+            out.put('\\');
+            out.put(character);
+        } else if (byte >= ' ' && byte <= '~') {
+            out.put(character);
+        } else {
+            char escape[8];
+            snprintf(escape, sizeof escape, "\\u%04x", byte);
+            out.put(escape);
+        }
+    }
+    out.put('"');
+}
+
+static bool isFinite(const Field &field, const uint8_t *section) {
+    const uint8_t *at = section + field.offset;
+    return (field.type != Kind::f32 || std::isfinite(load<float>(at))) &&
+           (field.type != Kind::f64 || std::isfinite(load<double>(at)));
+}
+
+void putJsonValue(TextBuffer &out, const Field &field, const uint8_t *section) {
+    if (field.type == Kind::text) {
+        putJsonString(out, textOf(field, section));
+    } else if (isFinite(field, section)) {
+        putValue(out, field, section);
+    } else {
+        out.put("null");
+    }
+}
+
+static const char *parseDouble(const char *text, double &value) {
+    char *rest = nullptr;
+    errno = 0;
+    value = strtod(text, &rest);
+    if (rest == text || *rest != '\0' || isspace(static_cast<unsigned char>(*text)) != 0 ||
+        errno != 0) {
+        return "not a number";
+    }
+    return value < -maxDouble || value > maxDouble ? "out of bounds" : nullptr;
+}
+
+static const char *parseInteger(const char *text, uint32_t max, uint64_t &value) {
+    const bool isNegative = *text == '-';
+    const char *digits = text + (isNegative ? 1 : 0);
+    if (*digits == '\0' || digits[strspn(digits, "0123456789")] != '\0') {
+        return "not a whole number";
+    }
+    value = strtoull(digits, nullptr, 10); // the greatest there is if it overflows
+    return value > (isNegative ? 0 : max) ? "out of bounds" : nullptr;
+}
+
+const char *parseValue(const Field &field, uint32_t max, const char *text,
+                       uint8_t (&bytes)[maxValueSize]) {
+    double real = 0;
+    uint64_t whole = 0;
+    static_assert(sizeof real == maxValueSize && sizeof whole == maxValueSize);
+    const bool isReal = field.type == Kind::f64;
+    const char *wrong = isReal ? parseDouble(text, real) : parseInteger(text, max, whole);
+    // Of an integer the low bytes are the field's, and they come first.
+    memcpy(bytes, isReal ? static_cast<void *>(&real) : &whole, sizeof bytes);
+    return wrong;
+}
