@@ -1,85 +1,140 @@
 #include "demo_data.h"
 #include "demo_values.h"
 
+#include <cstring>
+
 namespace {
 
+// In percent, at loads from 5 to 110 percent.
+constexpr uint8_t efficiency[] = {80, 85, 88, 90, 91, 92, 92, 93, 93, 94, 94,
+                                  94, 94, 94, 93, 93, 93, 92, 92, 91, 91, 90};
+
 void fillUnit(sTolmAbsPSUInfo &unit, int number) {
-    fillWithSmallValues(unit);
     const float load = 0.4F + 0.02F * static_cast<float>(number);
-    unit.inputRatingWatts = word(1440 + number);
-    unit.outputRatingWatts = word(1400 + number);
-    unit.status = word(0x0100 + number);
+    unit.inputRatingWatts = 1440;
+    unit.outputRatingWatts = 1350;
+    setFlags({&unit.lineStatus, &unit.lineStatusShadow, &unit.psuAddressesValid, &unit.psuInstalled,
+              &unit.psuPMBus, &unit.u8VRSubsystem, &unit.u8PSUFRURead});
+    unit.status = 1;
     unit.psuType = number == 1 ? 1 : 2;
-    unit.psuCapabilities = static_cast<uint32_t>(0x00030201 + number);
+    unit.psuCapabilities = 0x0F;
     unit.psuSlot = static_cast<uint8_t>(number + 1);
-    setBytes(unit.psuPartNum, "0PS14A00 ");
-    setBytes(unit.psuFwVersion, "01.04.02");
-    setBytes(unit.u8SerialNumber, "SN0000000000");
-    unit.u8SerialNumber[11] = static_cast<uint8_t>('A' + number);
-    unit.inputRatingAmps = word(12 + number);
-    unit.inputRatingVolts = static_cast<uint32_t>(230 + number);
-    unit.psuACRatedWatts = word(1400 - number);
-    unit.psuDCRatedWatts = word(1100 - number);
+    setBytes(unit.psuPartNum, "0PS14A00");
+    unit.psuFRUInfo[0] = 1; // a header of version 1, which names no area, and its checksum
+    unit.psuFRUInfo[7] = 0xFF;
+    setBytes(unit.psuComponentId, "C14A");
+    unit.inputRatingAmps = 8;
+    unit.inputRatingVolts = 230;
+    unit.psuACRatedWatts = 1350;
+    unit.psuDCRatedWatts = 1100;
     unit.psuACRatedAmps = 7;
     unit.psuACRatedVolts = 230;
-    unit.psuInstalled = 1;
-    unit.psuAmpReading = word(static_cast<int>(60 * load));
-    unit.psuPwrReading = word(static_cast<int>(1400 * load));
-    unit.u16PinMax = word(1520 + number);
-    unit.u16VinMax = word(264 + number);
-    unit.u16IinMax = word(8 + number);
-    unit.u16PoutMax = word(1400 + number);
-    unit.u16PoutMaxDisplay = word(1390 + number);
-    unit.u16VoutMax = word(13 + number);
-    unit.u16IoutMax = word(114 + number);
+    setBytes(unit.psuFwVersion, "01.04.02");
+    unit.psuAmpReading = word(static_cast<int>(111 * load));
+    unit.psuPwrReading = word(static_cast<int>(1350 * load));
+    unit.u8PSUFeatures = 3;
+    unit.u8SleepTrip = 20;
+    unit.u8WakeTrip = 40;
+    unit.u16PinMax = 1520;
+    unit.u16VinMax = 264;
+    unit.u16IinMax = 8;
+    unit.u16PoutMax = 1350;
+    unit.u16PoutMaxDisplay = 1350;
+    unit.u16VoutMax = 13;
+    unit.u16IoutMax = 111;
+    unit.u8PMBusRevision = 0x22;
+    setBytes(unit.u8SerialNumber, "SN0000000000");
+    unit.u8SerialNumber[11] = static_cast<uint8_t>('A' + number);
+    memcpy(unit.u8PSUEfficiency, efficiency, sizeof efficiency);
     unit.Pin = 1440 * load;
     unit.Iin = 6.26F * load;
-    unit.Vin = 229.5F + static_cast<float>(number);
-    unit.Pout = 1354 * load;
+    unit.Vin = 229.5F + 0.25F * static_cast<float>(number);
+    unit.Pout = 1350 * load;
     unit.Iout = 111 * load;
     unit.Vout = 12.18F;
     unit.FanSpeed1 = 8000 * load;
-    unit.u16VinDCMax = static_cast<uint32_t>(380 + number);
+    unit.u16VinDCMax = 380;
     unit.IinOCWLimitMax = 8.5F;
     unit.IinOCWLimitMin = 7.25F;
     unit.inputOCWHalf = 4.125F;
     unit.inputOCW[0] = 6.5F;
     unit.inputOCW[1] = 6.75F;
-    unit.psuShareMargin = 0.05F + load;
+    unit.psuShareMargin = 0.05F;
 }
 
 } // namespace
 
 void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
-    fillWithSmallValues(record);
-    record.sPowerInfoPWR.u8MaxPSU = psuCount;
-    record.sPowerInfoPWR.u16PowerCap = 900;
-    record.sPowerInfoPWR.u16MaxConsumption = 1250;
-    record.sTolmPwrBudgetTypePWR.PwrCap = 900;
-    record.sTolmPwrBudgetTypePWR.MinPwr = 310;
-    record.sTolmPwrBudgetTypePWR.MaxPwr = 1250;
-    record.sTolmPwrBudgetTypePWR.AvailPwr = 1400;
+    auto &info = record.sPowerInfoPWR;
+    setFlags({&info.u8NMSupport, &info.u8PMBusSupport, &info.u8RapidOn, &info.u8PFC,
+              &info.u8RedundancyCapability, &info.u8RedundancyPolicy, &info.u8PowerCapEnable,
+              &info.u8PowerCapOwner, &info.u8SizeManagedSys, &info.u8MixedModePSUSupport,
+              &info.u8PECIOverSMBusSupport});
+    info.u8MaxPSU = psuCount;
+    info.u8MinPSUCount = 6;
+    info.u16PowerCap = 900;
+    info.u16MaxConsumption = 1250;
+    info.u16PlatformSupport = 1;
+
+    auto &budget = record.sTolmPwrBudgetTypePWR;
+    budget.PwrCap = 900;
+    setFlags({&budget.PwrCapEnable, &budget.u8PSUPoweredFlag, &budget.u8PSUHotplugFlag});
+    budget.MinPwr = 310;
+    budget.MaxPwr = 1250;
+    budget.AvailPwr = 1400;
+    budget.LowThresh = 810;
+    budget.HighThresh = 890;
+    for (int i = 0; i < 20; ++i) {
+        budget.au16VRAmp[i] = word(13 + i / 4);
+        budget.au16VRAmpRange[i] = 60;
+    }
+
     record.sNMStatisticsPWR.u16CurPwrPlat = 612;
     record.sNMStatisticsPWR.u16MinPwrPlat = 298;
     record.sNMStatisticsPWR.u16MaxPwrPlat = 981;
     record.sNMStatisticsPWR.u16AvgPwrPlat = 574;
-    record.sNMStatisticsPWR.u32IPMITimeStmp = secondsAgo(60);
+    record.sNMStatisticsPWR.u32IPMITimeStmp = static_cast<int32_t>(secondsAgo(60));
+    record.sTolmPowerPOSConfigPWR.u8I2CBus = 3;
+    record.sTolmPowerPOSConfigPWR.u8I2CReadSecondaryAddr = 0x59;
+    record.sTolmPowerPOSConfigPWR.u8I2CWriteSecondaryAddr = 0x58;
+    record.sTolmPowerPOSConfigPWR.u8InterruptNum = 17;
     record.sTolmPwrDataTypePWR.pwr = 608;
-    record.sTolmPwrDataTypePWR.amps = 26;
-    record.sSysLevelSensor.u32CPStartTime = secondsAgo(86400);
-    record.sSysLevelSensor.u32CumulPower = 13904;
-    record.sSysLevelSensor.u32PeakStartTime = secondsAgo(80000);
-    record.sSysLevelSensor.u32PeakPowerTime = secondsAgo(5400);
-    record.sSysLevelSensor.u16PeakPower = 981;
-    record.sSysLevelSensor.u32PeakCurrTime = secondsAgo(5340);
-    record.sSysLevelSensor.u16PeakCurrent = 42;
-    record.sSysLevelSensor.u16AvgPower = 574;
+    record.sTolmPwrDataTypePWR.amps = 50;
+
+    auto &supplies = record.sPSStateInfoPWR;
+    for (int number = 0; number < psuCount; ++number) {
+        supplies.u8Status[number] = 1;
+        supplies.u8StatusValid[number] = 1;
+        supplies.u8TempReadingValid[number] = 1;
+    }
+    setFlags({&supplies.u8RedundancySensorEnabled, &supplies.u8RedundancySensorValid,
+              &supplies.u8RedundancyStatus, &supplies.u8CalculatedRedundancy,
+              &supplies.u8RedundancyValidState});
+
+    auto &sensor = record.sSysLevelSensor;
+    sensor.u8SDRMultiplier = 1;
+    sensor.u32CPStartTime = static_cast<int32_t>(secondsAgo(86400));
+    sensor.u32CumulPower = 13904;
+    sensor.u32PeakStartTime = static_cast<int32_t>(secondsAgo(80000));
+    sensor.u32PeakPowerTime = static_cast<int32_t>(secondsAgo(5400));
+    sensor.u16PeakPower = 981;
+    sensor.u32PeakCurrTime = static_cast<int32_t>(secondsAgo(5340));
+    sensor.u16PeakCurrent = 81;
+    sensor.u16AvgPower = 574;
+
+    setFlags({&record.u8BladeFormFactor, &record.u8BPPresenceCount, &record.u8AlertDestinationSet,
+              &record.u8EnergyCounterUnitSet, &record.u8NMState, &record.u8InitAgentComplete,
+              &record.u8PSSensorInitComplete, &record.u8PowerONOFFState, &record.NMHealth,
+              &record.u8IsMovarTimeSet});
+    record.u8PowerONOFFCount = 4;
     for (int i = 0; i < 4; ++i) {
-        record.CpuPowerStat[i] = consumptionOf(150 + 5 * i, i + 1);
+        record.au16OOBStat1minAvg[i] = word(38 - 7 * i);
+        record.CpuPowerStat[i] = consumptionOf(150 - 20 * i, i + 1);
     }
     for (int i = 0; i < 8; ++i) {
-        record.MemPowerStat[i] = consumptionOf(20 + 3 * i, i + 5);
+        record.MemPowerStat[i] = consumptionOf(5 + i / 2, i + 5);
     }
+    record.u8PFPONCount = 4;
 }
 
 void fillPsuInfo(sPSUInfoSection &section) {

@@ -4,14 +4,12 @@
 #include "sections/power_consumption.h"
 
 #include <cstdio>
-#include <cstring>
 #include <ctime>
+#include <initializer_list>
 
-// Gives every byte a small value unlike its neighbours': flags and counters need no better ones.
-template <typename Record> void fillWithSmallValues(Record &record) {
-    auto *bytes = reinterpret_cast<uint8_t *>(&record);
-    for (size_t i = 0; i < sizeof record; ++i) {
-        bytes[i] = static_cast<uint8_t>(1 + i % 3);
+inline void setFlags(std::initializer_list<uint8_t *> flags) {
+    for (uint8_t *flag : flags) {
+        *flag = 1;
     }
 }
 
@@ -34,6 +32,7 @@ template <size_t size> void setText(char (&field)[size], const char *format, int
     snprintf(field, size, format, number);
 }
 
+// Without a NUL: what is left of the field is blanks.
 template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
     for (size_t i = 0; i < size; ++i) {
         field[i] = static_cast<uint8_t>(*text != '\0' ? *text++ : ' ');

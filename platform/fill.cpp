@@ -1,5 +1,7 @@
-// Creates the sections of the stand-in's shared memory and fills them with demo data.
+// Creates the sections of the stand-in's shared memory and fills them with demo data, or checks
+// that they are there.
 #include "demo_data.h"
+#include "section_file.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -12,70 +14,131 @@
 static constexpr int failedStatus = 1;
 static constexpr int existedStatus = 2;
 
+// One section's demo data.
+struct DemoSection {
+    Section section;
+    const void *bytes;
+    size_t size;
+};
+
 static int fail(const char *path, int error) {
     printf("%s: %s\n", path, strerror(error));
     return failedStatus;
 }
 
-// Writes one section to its file, in place: somebody may have mapped it. Returns the exit status
-// that the outcome stands for.
-template <typename Record>
-static int writeSection(const char *folder, Section section, const Record &record, bool force) {
-    char path[512];
-    const int length = snprintf(path, sizeof path, "%s/section-%d", folder, section.id);
-    if (length >= static_cast<int>(sizeof path)) {
-        return fail(folder, ENAMETOOLONG);
+// Writes a file from its beginning. Returns 0 or an errno value.
+static int writeAll(int file, const DemoSection &demo) {
+    const ssize_t written = TEMP_FAILURE_RETRY(pwrite(file, demo.bytes, demo.size, 0));
+    if (written < 0) {
+        return errno;
     }
-    const int descriptor = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (force ? 0 : O_EXCL), 0666);
-    if (descriptor < 0 && errno == EEXIST) {
-        printf("%s is there already: left as it is\n", path);
+    return static_cast<size_t>(written) == demo.size ? 0 : ENOSPC;
+}
+
+// Writes a section that is there, in place and under its lock: somebody may have mapped it. Returns
+// 0 or an errno value.
+static int overwrite(const char *path, const DemoSection &demo) {
+    const SectionFile file(path, O_WRONLY);
+    const int error = file.error != 0 ? file.error : writeAll(file.descriptor, demo);
+    if (error != 0) {
+        return error;
+    }
+    return ftruncate(file.descriptor, static_cast<off_t>(demo.size)) == 0 ? 0 : errno;
+}
+
+// Makes a section that is not there. Written in place, even one made and locked could be found
+// empty by whoever takes the lock first; so it gets its name, which replaces nothing, when it is
+// whole. Returns 0 or an errno value.
+static int create(const char *path, const DemoSection &demo) {
+    SectionPath temporary;
+    snprintf(temporary.text, sizeof temporary.text, "%s/new-XXXXXX", sectionFolder());
+    const int file = mkostemp(temporary.text, O_CLOEXEC);
+    if (file < 0) {
+        return errno;
+    }
+    const mode_t mask = umask(0);
+    umask(mask);
+    int error = writeAll(file, demo);
+    if (error == 0 && (fchmod(file, 0666 & ~mask) != 0 || link(temporary.text, path) != 0)) {
+        error = errno;
+    }
+    unlink(temporary.text);
+    close(file);
+    return error;
+}
+
+// These two return the exit status that their outcome stands for.
+static int writeSection(const DemoSection &demo, bool force) {
+    const SectionPath path = sectionPath(demo.section.id);
+    struct stat status {};
+    int error = EEXIST;
+    if (force) {
+        error = overwrite(path.text, demo);
+    } else if (lstat(path.text, &status) != 0) {
+        error = errno;
+    }
+    if (error == ENOENT) {
+        error = create(path.text, demo);
+    }
+    if (error == EEXIST) {
+        printf("%s is there already: left as it is\n", path.text);
         return existedStatus;
     }
-    if (descriptor < 0) {
-        return fail(path, errno);
+    if (error != 0) {
+        return fail(path.text, error);
     }
-    const ssize_t written = write(descriptor, &record, sizeof record);
-    const int error = written < 0 || ftruncate(descriptor, sizeof record) != 0 ? errno : 0;
-    close(descriptor);
-    if (error != 0 || written != ssize_t{sizeof record}) {
-        return fail(path, error != 0 ? error : ENOSPC);
+    printf("%s: %zu bytes\n", path.text, demo.size);
+    return 0;
+}
+
+static int checkSection(const DemoSection &demo) {
+    const SectionPath path = sectionPath(demo.section.id);
+    const SectionFile file(path.text, O_RDONLY);
+    if (file.error != 0) {
+        return fail(path.text, file.error);
     }
-    printf("%s: %zu bytes\n", path, sizeof record);
+    if (static_cast<size_t>(file.size) != demo.size) {
+        printf("%s: %zu bytes, not %zu\n", path.text, static_cast<size_t>(file.size), demo.size);
+        return failedStatus;
+    }
     return 0;
 }
 
 int main(int argc, char **argv) {
     const bool force = argc == 2 && strcmp(argv[1], "--force") == 0;
-    if (argc > 1 && !force) {
+    const bool check = argc == 2 && strcmp(argv[1], "--check") == 0;
+    if (argc > 1 && !force && !check) {
         printf(
-            "Usage: %s [--force]\n"
+            "Usage: %s [--force | --check]\n"
             "Creates the sections of the stand-in's shared memory in TOLM_SHM_DIR, or in\n"
             "/dev/shm/tolm, and fills them with plausible data. Sections that are there already\n"
-            "stay as they are (exit status 2) unless --force is given.\n",
+            "stay as they are (exit status 2) unless --force is given. --check writes nothing and\n"
+            "names the sections that are missing or of a wrong size (exit status 1).\n",
             argv[0]);
         return failedStatus;
     }
-    const char *named = getenv("TOLM_SHM_DIR");
-    const char *folder = named != nullptr ? named : "/dev/shm/tolm";
-    mkdir(folder, 0777); // if this fails, so does every section, and says why
-
     static sPwrIpmiGlobalSec1 globalSection;
     static sPSUInfoSection psuInfo;
     static sTolmAbsPowerReporting powerReporting;
     static sTolmAbsPowerConfigClr powerConfig;
-    fillGlobalSection(globalSection);
-    fillPsuInfo(psuInfo);
-    fillPowerReporting(powerReporting);
-    fillPowerConfig(powerConfig);
-
-    const int statuses[] = {
-        writeSection(folder, globalPowerSection, globalSection, force),
-        writeSection(folder, psuInfoSection, psuInfo, force),
-        writeSection(folder, powerReportingSection, powerReporting, force),
-        writeSection(folder, powerConfigSection, powerConfig, force),
+    const DemoSection sections[] = {
+        {globalPowerSection, &globalSection, sizeof globalSection},
+        {psuInfoSection, &psuInfo, sizeof psuInfo},
+        {powerReportingSection, &powerReporting, sizeof powerReporting},
+        {powerConfigSection, &powerConfig, sizeof powerConfig},
     };
+    if (!check) {
+        fillGlobalSection(globalSection);
+        fillPsuInfo(psuInfo);
+        fillPowerReporting(powerReporting);
+        fillPowerConfig(powerConfig);
+        // Where the umask lets others make sections here, none can take away another's. If this
+        // fails, so does every section, and says why.
+        mkdir(sectionFolder(), S_ISVTX | 0777);
+    }
     int outcome = 0;
-    for (const int status : statuses) {
+    for (const DemoSection &demo : sections) {
+        const int status = check ? checkSection(demo) : writeSection(demo, force);
         outcome = outcome == failedStatus || status == 0 ? outcome : status;
     }
     return outcome;

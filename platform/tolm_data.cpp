@@ -2,8 +2,7 @@
 #include "tolm_data.h"
 
 const char *policyTypeToString(int16_t policy) {
-    // In place, not as pointers: nothing to relocate when the library is loaded.
-    static constexpr char names[][20] = {
+    static const char *const names[] = {
         "USER_POWER_CAP",    "RACK_POWER_CAP",     "GROUP_POWER_CAP", "BOOT_POWER_CAP",
         "PSU_REDUNDANCY",    "PSU_HOT_SPARE",      "PSU_OVERLOAD",    "INPUT_UNDERVOLTAGE",
         "INLET_TEMPERATURE", "OUTLET_TEMPERATURE", "CPU_THERMAL",     "MEMORY_THERMAL",

@@ -1,22 +1,58 @@
-// The bounds of the stand-in's shared-memory library.
+// The stand-in: its shared-memory library, tolmfill, and the demo data.
 #include "harness.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <sstream>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+// The library, of the driver's own build since it is called from here, on a machine's sections.
+struct StandInLibrary {
+    explicit StandInLibrary(const Machine &machine) {
+        setenv("TOLM_SHM_DIR", machine.folder.c_str(), 1);
+        EXPECT_NE(handle, nullptr) << dlerror();
+    }
+    ~StandInLibrary() {
+        dlclose(handle);
+    }
+    StandInLibrary(const StandInLibrary &) = delete;
+    StandInLibrary &operator=(const StandInLibrary &) = delete;
+
+    void *handle = dlopen(DEFAULT_BUILD "/libtolmshm.so", RTLD_NOW);
+    using Copy = int (*)(int32_t, uint8_t *, int32_t, int32_t);
+    Copy read = reinterpret_cast<Copy>(dlsym(handle, "Tolm_shm_memread"));
+    Copy write = reinterpret_cast<Copy>(dlsym(handle, "Tolm_shm_memwrite"));
+};
+
+// Runs tolmfill with settings before it and options after it. Returns its exit status.
+static int tolmfill(const std::string &settings, const std::string &options, std::string &out) {
+    FILE *pipe = popen((settings + " " DEFAULT_BUILD "/tolmfill " + options).c_str(), "r");
+    out.clear();
+    for (int c = fgetc(pipe); c != EOF; c = fgetc(pipe)) {
+        out += static_cast<char>(c);
+    }
+    return WEXITSTATUS(pclose(pipe));
+}
+
+static int tolmfill(const Machine &machine, const std::string &options) {
+    std::string out;
+    return tolmfill("TOLM_SHM_DIR=" + machine.folder, options, out);
+}
 
 TEST(StandIn, CopiesExactlyTheBytesAskedForOrNone) {
-    // Of the driver's own build, since it is called from here.
-    void *library = dlopen(DEFAULT_BUILD "/libtolmshm.so", RTLD_NOW);
-    ASSERT_NE(library, nullptr) << dlerror();
-    using Copy = int (*)(int32_t, uint8_t *, int32_t, int32_t);
-    const auto read = reinterpret_cast<Copy>(dlsym(library, "Tolm_shm_memread"));
-    const auto write = reinterpret_cast<Copy>(dlsym(library, "Tolm_shm_memwrite"));
-
     Machine machine;
-    setenv("TOLM_SHM_DIR", machine.folder.c_str(), 1);
+    const StandInLibrary library(machine);
     const struct {
         int section, offset, length, result;
     } cases[] = {
@@ -29,35 +65,152 @@ TEST(StandIn, CopiesExactlyTheBytesAskedForOrNone) {
         const size_t copied = c.result == 0 ? static_cast<size_t>(c.length) : 0;
         machine.fill(0x11);
         Bytes buffer(300, 0x22);
-        EXPECT_EQ(read(c.section, buffer.data(), c.offset, c.length), c.result);
+        EXPECT_EQ(library.read(c.section, buffer.data(), c.offset, c.length), c.result);
         Bytes expected(300, 0x22);
         std::fill_n(expected.begin(), copied, uint8_t{0x11});
         EXPECT_EQ(buffer, expected);
 
         std::fill(buffer.begin(), buffer.end(), uint8_t{0x33});
-        EXPECT_EQ(write(c.section, buffer.data(), c.offset, c.length), c.result);
+        EXPECT_EQ(library.write(c.section, buffer.data(), c.offset, c.length), c.result);
         expected.assign(224, 0x11);
         std::fill_n(expected.begin() + (copied != 0 ? c.offset : 0), copied, uint8_t{0x33});
         EXPECT_EQ(machine.contents(8), expected);
     }
-    dlclose(library);
+}
+
+// What is no regular file is refused, at once and untouched.
+TEST(StandIn, UsesRegularFilesOnly) {
+    Machine machine;
+    const StandInLibrary library(machine);
+    const std::string path = machine.folder + "/section-8";
+    const std::string target = machine.folder + "/somebodys-file";
+    fs::rename(path, target);
+    fs::create_symlink(target, path);
+    mkfifo((machine.folder + "/section-1").c_str(), 0666);
+    fs::create_directory(machine.folder + "/section-2");
+    const struct {
+        int section, read, write;
+    } cases[] = {{8, -ELOOP, -ELOOP}, {1, -ENXIO, -ENXIO}, {2, -EISDIR, -EISDIR}};
+    for (const auto &c : cases) {
+        uint8_t byte = 0x44;
+        EXPECT_EQ(library.read(c.section, &byte, 0, 1), c.read) << c.section;
+        EXPECT_EQ(library.write(c.section, &byte, 0, 1), c.write) << c.section;
+    }
+    EXPECT_EQ(tolmfill(machine, "--force"), 1);
+    EXPECT_TRUE(fs::is_symlink(path));
+    fs::remove(path);
+    fs::rename(target, path);
+    EXPECT_EQ(machine.contents(8), Bytes(224, 0));
+}
+
+// Another user of the lock reads and writes a section byte by byte: neither finds the other's bytes
+// among its own.
+TEST(StandIn, MakesEachCallWhole) {
+    Machine machine;
+    const StandInLibrary library(machine);
+    const int file = open((machine.folder + "/section-8").c_str(), O_RDWR);
+    std::atomic<bool> isDone = false;
+    std::atomic<int> mixed = 0;
+    std::thread caller([&] {
+        for (Bytes bytes(224); !isDone;) {
+            std::fill(bytes.begin(), bytes.end(), static_cast<uint8_t>(bytes[0] + 2));
+            library.write(8, bytes.data(), 0, 224);
+            library.read(8, bytes.data(), 0, 224);
+            mixed += std::count(bytes.begin(), bytes.end(), bytes[0]) == 224 ? 0 : 1;
+        }
+    });
+    for (int round = 0; round < 500; ++round) {
+        Bytes bytes(224);
+        flock(file, LOCK_SH);
+        for (size_t i = 0; i < bytes.size(); ++i) {
+            mixed += pread(file, &bytes[i], 1, static_cast<off_t>(i)) == 1 ? 0 : 1;
+        }
+        flock(file, LOCK_UN);
+        mixed += std::count(bytes.begin(), bytes.end(), bytes[0]) == 224 ? 0 : 1;
+        flock(file, LOCK_EX);
+        for (size_t i = 0; i < bytes.size(); ++i) {
+            const auto value = static_cast<uint8_t>(2 * round + 1);
+            mixed += pwrite(file, &value, 1, static_cast<off_t>(i)) == 1 ? 0 : 1;
+        }
+        flock(file, LOCK_UN);
+    }
+    isDone = true;
+    caller.join();
+    close(file);
+    EXPECT_EQ(mixed, 0);
 }
 
 TEST(StandIn, FillsSectionsButLeavesExistingOnesAlone) {
     Machine machine;
-    const auto fill = [&](const std::string &option) {
-        const std::string command =
-            "TOLM_SHM_DIR=" + machine.folder + " " DEFAULT_BUILD "/tolmfill";
-        return WEXITSTATUS(system((command + option + " >/dev/null").c_str()));
-    };
-    EXPECT_EQ(fill(""), 2);
+    fs::remove(machine.folder + "/section-7");
+    EXPECT_EQ(tolmfill(machine, ""), 2);
+    EXPECT_EQ(machine.contents(7).size(), 10212U);
     EXPECT_EQ(machine.contents(8), Bytes(224, 0));
-    EXPECT_EQ(fill(" --force"), 0);
-    for (const auto &[section, size] : {std::pair{6, 30277U}, {7, 10212U}, {8, 224U}, {39, 803U}}) {
-        EXPECT_EQ(machine.contents(section).size(), size);
+    EXPECT_EQ(tolmfill(machine, "--force"), 0);
+    EXPECT_NE(machine.contents(8), Bytes(224, 0));
+    EXPECT_EQ(tolmfill(machine, "--check"), 0);
+}
+
+TEST(StandIn, ChecksThatSectionsAreThereAndOfTheirSize) {
+    Machine machine;
+    const std::string folder = "TOLM_SHM_DIR=" + machine.folder;
+    std::string out;
+    EXPECT_EQ(tolmfill(folder, "--check", out), 0);
+    EXPECT_EQ(out, "");
+    fs::remove(machine.folder + "/section-6");
+    fs::resize_file(machine.folder + "/section-8", 223);
+    EXPECT_EQ(tolmfill(folder, "--check", out), 1);
+    EXPECT_EQ(out, machine.folder + "/section-6: No such file or directory\n" + machine.folder +
+                       "/section-8: 223 bytes, not 224\n");
+    std::string usual;
+    EXPECT_EQ(tolmfill("TOLM_SHM_DIR=", "--check", out),
+              tolmfill("env -u TOLM_SHM_DIR", "--check", usual));
+    EXPECT_EQ(out, usual); // empty is unset
+}
+
+// What the wizard may write, it accepts as the demo data have it, and then nothing has changed.
+TEST(StandIn, FillsInWhatTheWizardAccepts) {
+    const std::vector<std::string> wizard{"-w", "-u", "-m"};
+    Machine machine;
+    ASSERT_EQ(tolmfill(machine, "--force"), 0);
+    const Bytes filled = machine.contents(6);
+    const auto expectAccepted = [&](const std::string &typed, size_t values) {
+        EXPECT_GT(values, 0U);
+        EXPECT_EQ(machine.runOnTerminal(wizard, typed).only("write").size(), values) << typed;
+        EXPECT_EQ(machine.contents(6), filled) << typed;
+    };
+    for (int policy = 0; policy < 16; ++policy) {
+        const std::string number = std::to_string(policy);
+        std::istringstream report(machine.run({"-u", "-p", number}).out);
+        std::string typed = "3\n" + number + "\n";
+        size_t field = 0;
+        for (std::string line; std::getline(report, line);) {
+            if (line.find("(" + number + ").") != std::string::npos) {
+                const std::string value = line.substr(line.find("- ") + 2);
+                typed += std::to_string(++field) + "\n" + value.substr(0, value.find(' ')) + "\n";
+            }
+        }
+        expectAccepted(typed, field);
     }
-    for (const char *option : {"-d", "-r", "-c", "-u"}) {
-        EXPECT_EQ(machine.run({option}).out.find(" 0\n"), std::string::npos) << option;
+    // The other two groups' previews show a CPU's values in the order in which they are asked for.
+    for (const std::string group : {"1", "2"}) {
+        std::istringstream preview(machine.runOnTerminal(wizard, group + "\n").out);
+        std::string typed = group + "\n";
+        size_t values = 0;
+        for (std::string line; std::getline(preview, line);) {
+            const bool isSystem = line.starts_with("sysPL1=");
+            if (!isSystem && !line.starts_with("cpu[")) {
+                continue;
+            }
+            typed += isSystem ? "2\n" : (group == "1" ? "1\n" : "") + line.substr(4, 1) + "\n";
+            std::istringstream words(line);
+            for (std::string word; words >> word;) {
+                if (const size_t equals = word.find('='); equals != std::string::npos) {
+                    typed += "y\n" + word.substr(equals + 1) + "\n";
+                    ++values;
+                }
+            }
+        }
+        expectAccepted(typed, values);
     }
-    EXPECT_NE(machine.run({"-e"}).out.find("u16VinDCMax"), std::string::npos);
 }
