@@ -1,24 +1,50 @@
 # shellcheck shell=bash
-# Completion of orbelstatprobe in bash: the options, and the words behind -u and -w.
+# Completion of orbelstatprobe in bash: the options, the words behind -u and -w, and files where
+# output is redirected.
 _orbelstatprobe() {
-    local word=${COMP_WORDS[COMP_CWORD]} choices
-    local before=" ${COMP_WORDS[*]:1:COMP_CWORD-1} "
-    # A finished write does not bear on what follows it.
-    before=${before##* -w -u -c}
-    before=${before##* -s [01]}
-    case $before in
-        *" -w -u -p "*" -s ") choices="0 1" ;;
-        *" -w -u -p ") choices="0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15" ;;
-        *" -w -u -p "*) choices="-s" ;;
-        *" -w -u ") choices="-c -m -p" ;;
-        *" -w -u -m ") choices="" ;;
-        *" -w ") choices="-u" ;;
-        *" -u -p ") choices="-a -c 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15" ;;
-        *" -u ") choices="-h -p -t" ;;
-        *" -u "*) choices="" ;;
-        *" -l " | *" -i ") choices="" ;;
-        *) choices="-c -d -e -h -i -l -o -r -u -w" ;;
+    local current=${COMP_WORDS[COMP_CWORD]} state=options choices='' word next i
+    local policies='0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15'
+    COMPREPLY=()
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        word=${COMP_WORDS[i]} next=${COMP_WORDS[i + 1]}
+        if [[ $word == [\<\>]* ]]; then
+            ((++i)) # and the file behind it
+            continue
+        elif [[ $word == [0-9] && $next == [\<\>]* && $COMP_LINE == *" $word$next"* ]]; then
+            continue # the descriptor that is redirected
+        fi
+        # A state is named after the words that lead to it.
+        case "$state $word" in
+            'options --') state=end ;;
+            'options -'*[il]) state=number ;;
+            'options -'*[il]*) ;; # the number is in the word
+            'options -'*u) state=-u ;;
+            'options -'*w) state=-w ;;
+            'options '*) ;;
+            '-u -p') state='-u -p' ;;
+            '-w -u') state='-w -u' ;;
+            '-w -u -c') state=options ;;
+            '-w -u -p') state='-w -u -p' ;;
+            '-w -u -p '*) state=policy ;;
+            'policy -s') state=-s ;;
+            '-s '* | 'number '*) state=options ;;
+            *) state=end ;;
+        esac
+    done
+    if ((i > COMP_CWORD)) || [[ $current == [\<\>]* ]]; then
+        compopt -o default
+        return
+    fi
+    case $state in
+        options) choices='-c -d -e -h -i -l -o -r -u -w' ;;
+        -u) choices='-h -p -t' ;;
+        '-u -p') choices="-a -c $policies" ;;
+        -w) choices=-u ;;
+        '-w -u') choices='-c -m -p' ;;
+        '-w -u -p') choices=$policies ;;
+        policy) choices=-s ;;
+        -s) choices='0 1' ;;
     esac
-    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$current")
 }
-complete -F _orbelstatprobe orbelstatprobe
+complete -o nosort -F _orbelstatprobe orbelstatprobe
