@@ -1,10 +1,15 @@
 #include "shm/shm.h"
 
 #include <bit>
+#include <cmath>
 #include <cstdio>
 
+// The platform's headers may be plain C. Those of the C library that have templates inside must not
+// be included first in here: <cmath> and shm.h have them.
+extern "C" {
 #include PLATFORM_SHM_HEADER
 #include PLATFORM_DATA_HEADER
+}
 
 static_assert(std::endian::native == std::endian::little,
               "sections are little-endian and are copied as they stand");
