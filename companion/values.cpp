@@ -47,20 +47,46 @@ void putType(TextBuffer &out, const Field &field) {
     }
 }
 
-// Puts a number with as many digits as it takes to read it back: `enough` of them do for every
-// number that can be written with so many, `most` for all.
+// Takes trailing zeros out of a number such as "1.500e+09". Returns its new length.
+static int cutZeros(char *text) {
+    const char *exponent = strchr(text, 'e');
+    char *end = text + (exponent - text);
+    while (end[-1] == '0') {
+        --end;
+    }
+    if (end[-1] == '.') {
+        --end;
+    }
+    const size_t length = strlen(exponent);
+    memmove(end, exponent, length);
+    return static_cast<int>(end - text + static_cast<ptrdiff_t>(length));
+}
+
+// Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`
+// digits do for every number that can be written with so many, `most` for all.
 template <typename Number>
 static void putShortest(TextBuffer &out, Number value, int enough, int most,
                         Number (*read)(const char *, char **)) {
-    char text[32];
-    int length = 0;
-    for (int digits = enough; digits <= most; ++digits) {
-        length = snprintf(text, sizeof text, "%.*g", digits, static_cast<double>(value));
-        if (read(text, nullptr) == value) {
-            break;
-        }
+    const auto number = static_cast<double>(value);
+    char plain[32];
+    char other[32];
+    int digits = enough;
+    int length = snprintf(plain, sizeof plain, "%.*g", digits, number);
+    while (digits < most && read(plain, nullptr) != value) {
+        length = snprintf(plain, sizeof plain, "%.*g", ++digits, number);
     }
-    out.put({text, static_cast<size_t>(length)});
+    const double magnitude = std::fabs(number);
+    int otherLength = length;
+    if (strchr(plain, 'e') == nullptr) {
+        if (length > 5) { // no number with an exponent is shorter, and inf and nan are left out
+            snprintf(other, sizeof other, "%.*e", digits - 1, number);
+            otherLength = cutZeros(other);
+        }
+    } else if (magnitude > 1 && magnitude < 1e20) { // a whole number, then
+        otherLength = snprintf(other, sizeof other, "%.0f", number);
+    }
+    out.put(otherLength < length ? std::string_view(other, static_cast<size_t>(otherLength))
+                                 : std::string_view(plain, static_cast<size_t>(length)));
 }
 
 static std::string_view textOf(const Field &field, const uint8_t *section) {
