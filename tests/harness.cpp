@@ -1,12 +1,17 @@
 #include "harness.h"
 
+#include "shm/shm.h"
+
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <iterator>
 #include <pty.h>
 #include <sstream>
@@ -16,8 +21,6 @@
 #include <unistd.h>
 
 namespace fs = std::filesystem;
-
-static const std::map<int, size_t> sectionSizes{{6, 30277}, {7, 10212}, {8, 224}, {39, 803}};
 
 static std::string readFile(const std::string &path) {
     std::ifstream file(path, std::ios::binary);
@@ -31,6 +34,14 @@ static std::vector<std::string> split(const std::string &text, char separator) {
         parts.push_back(part);
     }
     return parts;
+}
+
+std::vector<std::string> linesOf(const std::string &text) {
+    std::vector<std::string> lines;
+    for (size_t at = 0; at < text.size(); at += lines.back().size()) {
+        lines.push_back(text.substr(at, std::min(text.find('\n', at), text.size() - 1) + 1 - at));
+    }
+    return lines;
 }
 
 static std::string variable(const char *name, const std::string &otherwise) {
@@ -66,23 +77,42 @@ Machine::~Machine() {
 }
 
 void Machine::fill(uint8_t byte) {
-    for (const auto &[section, size] : sectionSizes) {
-        poke(section, 0, Bytes(size, byte));
+    for (const Section &section : allSections) {
+        poke(section.id, 0, Bytes(static_cast<size_t>(section.size), byte));
     }
 }
 
 void Machine::fillWithPattern() {
-    for (const auto &[section, size] : sectionSizes) {
-        uint32_t state = static_cast<uint32_t>(section);
-        Bytes bytes(size);
-        for (size_t i = 0; i < size; ++i) {
-            do {
-                state = state * 1664525 + 1013904223;
-                bytes[i] = static_cast<uint8_t>('?' + (state >> 26));
-            } while (i > 0 && bytes[i] == bytes[i - 1]);
+    for (const Section &section : allSections) {
+        uint32_t state = static_cast<uint32_t>(section.id);
+        Bytes bytes;
+        while (bytes.size() < static_cast<size_t>(section.size)) {
+            state = state * 1664525 + 1013904223;
+            const auto byte = static_cast<uint8_t>(state >> 24);
+            if (byte != '\n' && (bytes.empty() || byte != bytes.back())) {
+                bytes.push_back(byte);
+            }
         }
-        poke(section, 0, bytes);
+        poke(section.id, 0, bytes);
     }
+    const struct {
+        int section;
+        size_t start, count, size;
+    } realNumbers[] = {{6, 142, 1, 4},  {6, 1475, 3, 4},  {6, 1497, 7, 4},
+                       {6, 1529, 9, 4}, {6, 28917, 8, 8}, {7, 400, 7, 4},
+                       {7, 784, 6, 4},  {8, 0, 1, 4},     {8, 40, 1, 4}};
+    for (const auto &run : realNumbers) {
+        const Bytes random = contents(run.section);
+        for (size_t at = run.start; at < run.start + run.count * run.size; at += run.size) {
+            int32_t bits = 0;
+            memcpy(&bits, random.data() + at, sizeof bits);
+            const float number = static_cast<float>(bits >> 8) / 4096;
+            poke(run.section, at,
+                 run.size == 4 ? word(std::bit_cast<uint32_t>(number), 4)
+                               : word(std::bit_cast<uint64_t>(double{number}), 8));
+        }
+    }
+    poke(6, 30269, word(1700000000007, 8)); // the UPM timestamp
 }
 
 void Machine::poke(int section, size_t offset, const Bytes &bytes) {
@@ -175,7 +205,7 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
     const std::string err = folder + "/err";
     const std::string calls = folder + "/calls";
     fs::remove(calls);
-    std::ofstream(in) << "1\n2\ny\n5\n"; // which no run may read: it is not a terminal
+    std::ofstream(in, std::ios::binary) << input;
     Environment settings{{"TZ", "UTC"},
                          {"TOLM_SHM_DIR", folder},
                          {"LD_PRELOAD", buildFolder() + "/librecorder.so"},
@@ -235,13 +265,70 @@ Bytes word(uint64_t value, size_t size) {
     return bytes;
 }
 
+int countOf(const std::string &text, const std::string &piece) {
+    int count = 0;
+    for (size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+std::string naming(const std::string &piece, const std::string &name, std::string text) {
+    for (size_t at; (at = text.find(piece)) != std::string::npos;) {
+        text.replace(at, piece.size(), name);
+    }
+    return text;
+}
+
 std::string golden(const std::string &name) {
     return readFile(std::string(GOLDEN_DIR) + "/" + name);
 }
 
+// With \xNN for each byte that is no printable character, and for a backslash.
+static std::string escaped(const std::string &text) {
+    std::ostringstream escaped;
+    escaped << std::hex << std::setfill('0');
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if ((isprint(byte) != 0 && byte != '\\') || byte == '\n' || byte == '\t') {
+            escaped << character;
+        } else {
+            escaped << "\\x" << std::setw(2) << unsigned{byte};
+        }
+    }
+    return escaped.str();
+}
+
+static std::string unescaped(std::string text) {
+    for (size_t at; (at = text.find("\\x")) != std::string::npos;) {
+        text.replace(at, 4, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+    }
+    return text;
+}
+
 void expectGolden(const std::string &name, const std::string &text) {
     if (getenv("ORBEL_RECORD_GOLDEN") != nullptr) {
-        std::ofstream(std::string(GOLDEN_DIR) + "/" + name, std::ios::binary) << text;
+        std::ofstream(std::string(GOLDEN_DIR) + "/" + name, std::ios::binary) << escaped(text);
     }
-    EXPECT_EQ(text, golden(name)) << "differs from golden/" << name;
+    EXPECT_EQ(escaped(text), golden(name)) << "differs from golden/" << name;
+}
+
+void expectTranscript(const std::string &name, const RunCommand &run) {
+    std::string text;
+    for (const std::string &line : split(golden(name), '\n')) {
+        if (line.starts_with("$ ")) {
+            const std::string words = unescaped(line.substr(2, line.find(" ->") - 2));
+            const size_t equals = words.find('=');
+            const size_t end = words.find("; ");
+            Machine machine;
+            if (end != std::string::npos) {
+                machine.environment[words.substr(0, equals)] =
+                    words.substr(equals + 1, end - equals - 1);
+            }
+            const std::string command = end != std::string::npos ? words.substr(end + 2) : words;
+            text += "$ " + words + " -> " + run(machine, command);
+            text += text.ends_with('\n') ? "" : "(no line end)\n";
+        }
+    }
+    expectGolden(name, text);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,8 +21,10 @@ struct Outcome {
 using Environment = std::map<std::string, std::string>;
 using Bytes = std::vector<uint8_t>;
 
-// Four sections in a folder that lives as long as this object, filled with one byte or with a
-// pattern of printable characters in which no two neighbours and hardly any two words are alike.
+// The sections in a folder that lives as long as this object, filled with one byte or with a
+// pattern that reaches every bit and in which no two neighbours and hardly any two words are alike.
+// There are no line ends in it, and its floating point numbers and UPM timestamp are plausible
+// ones.
 class Machine {
   public:
     Machine();
@@ -35,6 +38,8 @@ class Machine {
     [[nodiscard]] Bytes contents(int section) const;
 
     std::string folder; // holds the files "section-<n>"
+    // On standard input, unless that is a terminal: answers to the wizard, who may not read them.
+    std::string input = "1\n2\ny\n5\n";
     // Of a run on a terminal, standard output alone.
     bool printsToFile = false;
     // The shell's, behind the command: what becomes of the program's standard streams.
@@ -42,7 +47,7 @@ class Machine {
     // Added to the program's environment; TZ is UTC unless set here.
     Environment environment;
 
-    // Standard input is a file, with answers to the wizard.
+    // Standard input is a file.
     Outcome run(const std::vector<std::string> &arguments);
     // Standard input and output are a terminal without echo, on which `typed` waits to be read,
     // followed by the end of input.
@@ -59,8 +64,20 @@ bool isSanitized();
 // Little-endian bytes of a value.
 Bytes word(uint64_t value, size_t size);
 
+std::vector<std::string> linesOf(const std::string &text); // each with its end
+int countOf(const std::string &text, const std::string &piece);
+// The text with a name in place of each occurrence of a piece of it.
+std::string naming(const std::string &piece, const std::string &name, std::string text);
+
 // The contents of a file under golden/.
 std::string golden(const std::string &name);
 
-// Compares with a file under golden/. With ORBEL_RECORD_GOLDEN set, writes the file instead.
+// Compares with a file under golden/, in which \xNN stands for a byte that is no printable
+// character, and for a backslash. With ORBEL_RECORD_GOLDEN set, writes the file instead.
 void expectGolden(const std::string &name, const std::string &text);
+
+// Runs the command of every line "$ COMMAND -> ..." or "$ VARIABLE=VALUE; COMMAND -> ..." of a file
+// under golden/, on a machine of its own, and compares the text that `run` makes of it with what
+// stands behind the arrow and in the lines that follow.
+using RunCommand = std::function<std::string(Machine &machine, const std::string &command)>;
+void expectTranscript(const std::string &name, const RunCommand &run);

@@ -2,13 +2,17 @@
 // and hands the rest on to the library behind it. Controlled by environment variables:
 //     RECORD       file that the calls are appended to, a line each
 //     FAIL_READ    n:result   the n-th read fails with result
+//     END_AT_READ  n          the n-th read ends the program, whose unwritten output is lost
 //     FAIL_WRITES  result     every write fails with result
 //     KEEP_OPEN    file       opened for writing at the first read, and left open
 //     POLICY_NAME  format     of every policy's name, with its number; none at all if empty
 //     REFUSE       size       malloc refuses requests of this size
+//     NO_TIME      function   localtime_r or strftime fails
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -54,6 +58,9 @@ extern "C" int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset
     }
     record(line, snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length));
     const int result = failure(++calls);
+    if (const char *last = getenv("END_AT_READ"); last != nullptr && atoi(last) == calls) {
+        _exit(0);
+    }
     const auto next = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "Tolm_shm_memread"));
     return result != 0 ? result : next(section, buffer, offset, length);
 }
@@ -81,4 +88,19 @@ extern "C" const char *policyTypeToString(int16_t policy) {
     }
     snprintf(name, sizeof name, "%s-%d", format != nullptr ? format : "POLICY", policy);
     return name;
+}
+
+static bool timeFails(const char *function) {
+    const char *failing = getenv("NO_TIME");
+    return failing != nullptr && strcmp(failing, function) == 0;
+}
+
+extern "C" tm *localtime_r(const time_t *time, tm *local) {
+    const auto next = reinterpret_cast<decltype(&localtime_r)>(dlsym(RTLD_NEXT, "localtime_r"));
+    return timeFails("localtime_r") ? nullptr : next(time, local);
+}
+
+extern "C" size_t strftime(char *text, size_t size, const char *format, const tm *time) {
+    const auto next = reinterpret_cast<decltype(&strftime)>(dlsym(RTLD_NEXT, "strftime"));
+    return timeFails("strftime") ? 0 : next(text, size, format, time);
 }

@@ -1,179 +1,238 @@
-// The section reports: golden reports of patterned sections, and the edges that those cannot show.
+// What holds for every report: its golden, its repetitions, its failures; and the edges that those
+// cannot show.
+#include "reports.h"
+
 #include "harness.h"
+#include "sections/rows/print_rows.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
+#include <numeric>
+#include <random>
+#include <regex>
+#include <set>
+
+using Words = std::vector<std::string>;
 
 static const std::string readFailed = "ERROR reading data from shm! ret=";
 static const std::string refused = "ERROR with malloc sizeof ";
-
-static void expectLine(const std::string &text, const std::string &line) {
-    EXPECT_NE(("\n" + text).find("\n" + line + "\n"), std::string::npos) << line;
-}
-
-TEST(PowerConfig, KeepsSignAndWidth) {
-    Machine machine;
-    machine.poke(8, 0, word(0x7FC00000, 4));  // not a number
-    machine.poke(8, 40, word(0xBE000000, 4)); // -0.125, half way between two of two places
-    for (const size_t offset : {4U, 8U, 12U, 32U, 36U}) {
-        machine.poke(8, offset, word(0x80000000, 4));
-    }
-    machine.poke(8, 16, word(0xFFFFFFFF, 4));
-    std::string out = machine.run({"-c"}).out;
-    expectLine(out, "   sPowerConfigSection.peakHeadroom ------ nan");
-    expectLine(out, "   sPowerConfigSection.instHeadroom ------ 2147483648");
-    expectLine(out, "   sPowerConfigSection.peakPowerStartTime ------ -2147483648");
-    expectLine(out, "   sPowerConfigSection.peakAmpsTime ------ Sun Feb  7 06:28:15 2106\n");
-    expectLine(out, "   sPowerConfigSection.peakAmpsStartTime ------ Thu Jan  1 00:00:00 1970\n");
-    expectLine(out, "   sPowerConfigSection.cumulativeStartEnergy ------ -0.12");
-    machine.fill(0xFF);
-    out = machine.run({"-c"}).out;
-    expectLine(out, "   sPowerConfigSection.peakHeadroom ------ -nan");
-    expectLine(out, "   sPowerConfigSection.instHeadroom ------ 4294967295");
-    expectLine(out, "   sPowerConfigSection.peakPowerTime ------ -1");
-}
 
 // A pattern under which every byte of a report comes from the right place, or it shows.
 static void fillForGoldens(Machine &machine) {
     machine.fillWithPattern();
     machine.environment["TZ"] = "IST-5:30";
-    machine.poke(7, 816 * 1 + 9, Bytes{1});              // the second unit shows u16VinDCMax
-    machine.poke(7, 816 * 2 + 311, Bytes{'1', 0, 7, 9}); // control bytes in its firmware version
-    machine.poke(7, 9792 + 35 * 3 + 3 + 5, Bytes{0});    // the fourth has a shorter device name
-    machine.poke(6, 72 + 10, Bytes{0});                  // policy name
-    machine.poke(6, 1525 + 132 * 2 + 41, Bytes{0});      // display name of a voltage regulator
+    machine.environment["POLICY_NAME"] = "%s%n"; // a name is text, not a format
+    machine.poke(7, 9, {2});                     // the first unit shows u16VinMax
+    machine.poke(7, 311, {'1', 0, 7, 9});        // control bytes in a firmware version
+    for (const auto &[section, end] : {std::pair{6, 72 + 10}, {6, 1525 + 46}, {7, 9792 + 3 + 5}}) {
+        machine.poke(section, static_cast<size_t>(end), {0}); // of a text, before its field's
+    }
+    // Numbers with fewer digits than are shown: array values, average readings, samples.
+    for (const auto &[section, small] : {std::pair{6, 383}, {6, 28635}, {39, 152}, {39, 256}}) {
+        machine.poke(section, static_cast<size_t>(small), {7, 0});
+    }
+    machine.poke(6, 29029 + 72 * 7 + 56, {2, 0}); // a domain that has a name
+}
+
+static Words::iterator findOpening(Words &lines, const Repetition &repetition) {
+    return std::find_if(lines.begin(), lines.end(), [&](const std::string &line) {
+        return line.starts_with(repetition.opening);
+    });
+}
+
+// The text with all but the first of what repeats cut out.
+static std::string shortened(const std::string &text, const Report &report) {
+    Words lines = linesOf(text);
+    for (const Repetition &repetition : report.repetitions) {
+        const size_t cut = repetition.lines * (repetition.count - 1);
+        const auto opening = findOpening(lines, repetition);
+        if (lines.end() - opening < static_cast<ptrdiff_t>(repetition.lines + cut)) {
+            return text; // which its golden is not
+        }
+        const auto start = opening + static_cast<ptrdiff_t>(repetition.lines);
+        *start = "(" + std::to_string(cut) + " lines)\n";
+        lines.erase(start + 1, start + static_cast<ptrdiff_t>(cut));
+    }
+    return std::accumulate(lines.begin(), lines.end(), std::string());
+}
+
+// The text of each record, with "#" for the record's own number.
+static Words recordsOf(const std::string &text, const Repetition &repetition) {
+    Words lines = linesOf(text);
+    auto line = findOpening(lines, repetition);
+    Words records(repetition.count);
+    for (size_t i = 0; i < repetition.count; ++i) {
+        char number[32];
+        snprintf(number, sizeof number, repetition.number, repetition.first + static_cast<int>(i));
+        for (size_t k = 0; k < repetition.lines && line != lines.end(); ++k, ++line) {
+            const size_t at = line->find(number);
+            records[i] += at == std::string::npos ? *line : line->replace(at, strlen(number), "#");
+        }
+    }
+    return records;
 }
 
 TEST(Reports, MatchTheirGoldens) {
     Machine machine;
     fillForGoldens(machine);
-    const struct {
-        std::string option, golden;
-        size_t lines;
-    } cases[] = {{"-o", "global-offsets.txt", 109},
-                 {"-d", "global-dump.txt", 159},
-                 {"-e", "psu-info.txt", 12 * 93},
-                 {"-c", "power-config.txt", 12},
-                 {"-r", "power-reporting.txt", 683}};
-    for (const auto &c : cases) {
-        const Outcome outcome = machine.run({c.option});
-        expectGolden(c.golden, outcome.out);
-        EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), c.lines);
+    for (const Report &report : allReports) {
+        const Outcome outcome = machine.run(report.arguments);
+        ASSERT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), report.lines)
+            << report.golden;
+        expectGolden(report.golden, shortened(outcome.out, report));
         EXPECT_EQ(outcome.status, 0);
     }
 }
 
-TEST(GlobalSection, KeepsSignAndWidth) {
-    Machine machine;
-    std::string out = machine.run({"-d"}).out;
-    expectLine(out, "       0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 ");
-    expectLine(out, "       0x0000 0x0000 0x0000 0x0000 0x0000 0x0000 0x0000 0x0000 0x0000 0x0000 "
-                    "0x0000 0x0000 ");
-    machine.fill(0xFF);
-    out = machine.run({"-d"}).out;
-    expectLine(out, "   sPowerInfoPWR.u8NMSupport ------------------ 255");
-    expectLine(out, "   sNMStatisticsPWR.u32IPMITimeStmp ----------- -1");
-    expectLine(out, "   sTolmPowerPOSConfigPWR.u8I2CReadSecondaryAddr -- 0xff");
-    expectLine(out, "       0xffff 0xffff 0xffff 0xffff 0xffff 0xffff 0xffff 0xffff ");
-    expectLine(out, "       In DEC: 255 255 255 255 255 255 255 255 255 255 255 255 ");
-    expectLine(out, "   MemPowerStat[7].u16AvgPwr ---------------------------- 65535");
-}
-
-TEST(PowerReporting, KeepsSignAndWidth) {
+// Where all bits are set, the signed numbers are those that show as -1.
+TEST(Reports, KeepTheSign) {
     Machine machine;
     machine.fill(0xFF);
-    machine.poke(6, 10, word(0x80000000, 4));
-    machine.poke(6, 152, word(0x80000000, 4));
-    machine.poke(6, 142, word(0x80000000, 4));
-    machine.poke(6, 383 + 8 * 5, Bytes{7, 0, 8, 0, 9, 0, 10, 0});
-    machine.poke(6, 28635 + 24, Bytes{7});
-    const std::string out = machine.run({"-r"}).out;
-    expectLine(out, "   sPowerReportSection.peakHeadroom ------ 65535");
-    expectLine(out, "   sPowerReportSection.systemCapabilities ------ -2147483648");
-    expectLine(out, "   sPowerReportSection.sysPwrConsumption.instAmpsPSU1_2 ------ -0.00");
-    expectLine(out, "   sPowerReportSection.activePolicyName ------ " + std::string(64, '\xFF'));
-    expectLine(out, "   sPowerReportSection.peciCupsUtilLimits.retryCtr ------ 2147483648");
-    expectLine(out, "   sPowerReportSection.peciCupsUtilLimits.CUPS_CMAX ------ "
-                    "18446744073709551615");
-    expectLine(out,
-               "   sPowerReportSection.lastHourMinPowerTime ------ Sun Feb  7 06:28:15 2106\n");
-    expectLine(out, "   Last minute- 5\tcups_cpu_usage =   7\tcups_mem_usage =   9\t"
-                    "cups_io_usage =   8\tcups_syslvl_usage =  10");
-    EXPECT_TRUE(out.ends_with("   cpuSample = 255\n   cpuSample =   7\n"));
-}
-
-TEST(PsuInfo, ReadsRecordAndBusOfEachUnit) {
-    Machine machine;
-    machine.poke(7, 12, word(0x80000000, 4));
-    const Outcome outcome = machine.run({"-e"});
-    expectLine(outcome.out, "   sPSUPwrSection.psuCapabilities ------- -2147483648");
-    std::vector<std::string> reads;
-    for (int unit = 0; unit < 12; ++unit) {
-        reads.push_back("read 7 " + std::to_string(816 * unit) + " 816");
-        reads.push_back("read 7 " + std::to_string(9792 + 35 * unit) + " 35");
+    std::string negative;
+    for (const Report &report : allReports) {
+        for (const std::string &line :
+             linesOf(shortened(machine.run(report.arguments).out, report))) {
+            negative += line.ends_with(" -1\n") ? line : "";
+        }
     }
-    EXPECT_EQ(outcome.calls, reads);
+    expectGolden("signed-numbers.txt", negative);
 }
 
-TEST(PsuInfo, EndsWithTheFirstUnitThatFails) {
-    Machine machine;
-    machine.fillWithPattern();
-    const std::string whole = machine.run({"-e"}).out;
-    machine.environment["FAIL_READ"] = "9:-7";
-    const Outcome outcome = machine.run({"-e"});
-    const size_t fifthUnit = whole.find("INFO FOR PSU 5");
-    const size_t fourUnits = whole.rfind("sTolmAbsPSUInfo", fifthUnit);
-    EXPECT_EQ(outcome.out, whole.substr(0, fourUnits) + readFailed + "-7\n");
-    EXPECT_EQ(outcome.calls.size(), 9U);
+// With every record moved to the next one's place, and the last to the first one's, each shows as
+// it did before, but for its number.
+TEST(Reports, ShowARecordTheSameInEveryPlace) {
+    for (const Report &report : allReports) {
+        for (const Repetition &repetition : report.repetitions) {
+            Machine machine;
+            fillForGoldens(machine);
+            Words before = recordsOf(machine.run(report.arguments).out, repetition);
+            Bytes bytes = machine.contents(report.section->id);
+            for (const auto &[start, size] : repetition.arrays) {
+                const auto first = bytes.begin() + static_cast<ptrdiff_t>(start);
+                const auto last = first + static_cast<ptrdiff_t>(size * (repetition.count - 1));
+                std::rotate(first, last, last + static_cast<ptrdiff_t>(size));
+            }
+            machine.poke(report.section->id, 0, bytes);
+            std::rotate(before.begin(), before.end() - 1, before.end());
+            EXPECT_EQ(recordsOf(machine.run(report.arguments).out, repetition), before);
+        }
+    }
+}
+
+// What each report says, and that it says nothing else, when its section or memory is refused.
+TEST(Reports, SayWhyTheyFailed) {
+    std::vector<Report> cases = allReports;
+    cases.push_back({.arguments = {"-w", "-u", "-c"},
+                     .golden = "",
+                     .lines = 0,
+                     .section = powerReportingSection,
+                     .failureEnd = ""});
+    for (const Report &c : cases) {
+        if (!c.section) {
+            continue;
+        }
+        SCOPED_TRACE(testing::PrintToString(c.arguments));
+        Machine machine;
+        machine.environment["FAIL_READ"] = "1:7";
+        Outcome outcome = machine.run(c.arguments);
+        EXPECT_EQ(outcome.out, readFailed + "7" + c.failureEnd);
+        EXPECT_EQ(outcome.calls, Words{"read " + std::to_string(c.section->id) + " 0 " +
+                                       std::to_string(c.readSize)});
+        EXPECT_EQ(outcome.status, 0);
+        if (isSanitized()) {
+            continue; // the sanitizer's own allocator refuses nothing
+        }
+        machine.environment["REFUSE"] = std::to_string(c.readSize);
+        outcome = machine.run(c.arguments);
+        EXPECT_EQ(outcome.out, refused + std::to_string(c.readSize) + "!" + c.failureEnd);
+        EXPECT_EQ(outcome.calls, Words{});
+        EXPECT_EQ(outcome.status, 0);
+    }
+}
+
+// No report that the usage text names is missing above.
+TEST(Reports, AreThoseOfTheUsageText) {
+    std::set<std::string> listed, named;
+    for (const Report &report : allReports) {
+        const Words &words = report.arguments;
+        listed.insert(std::accumulate(
+            words.begin(), words.end(), std::string(),
+            [](const std::string &all, const std::string &word) { return all + " " + word; }));
+    }
+    const std::string usage = naming("<index>", "7", golden("usage.txt"));
+    const std::regex form("orbelstatprobe(( -[a-vx-z]| 7)+)(  |\n)"); // not of -w
+    for (std::sregex_iterator at(usage.begin(), usage.end(), form), end; at != end; ++at) {
+        named.insert((*at)[1]);
+    }
+    EXPECT_EQ(listed, named);
 }
 
 TEST(PsuInfo, ShowsZerosForABusRecordThatFails) {
     Machine machine;
     machine.fillWithPattern();
+    const std::string whole = machine.run({"-e"}).out;
     machine.environment["FAIL_READ"] = "4:3";
     const std::string out = machine.run({"-e"}).out;
-    const size_t secondUnit = out.find("INFO FOR PSU 2");
-    EXPECT_EQ(out.find("   sPSUPwrSection.psuBus.bus ---------- 0\n"
-                       "   sPSUPwrSection.psuBus.physicalBus -- 0\n"
-                       "   sPSUPwrSection.psuBus.address ------ 0\n"
-                       "   sPSUPwrSection.psuBus.deviceName ------ \n\n"),
-              out.find("   sPSUPwrSection.psuBus.bus", secondUnit));
-    EXPECT_NE(out.find("INFO FOR PSU 12"), std::string::npos);
+    machine.environment.erase("FAIL_READ");
+    machine.poke(7, 9792 + 35, Bytes(35, 0));
+    EXPECT_EQ(out, machine.run({"-e"}).out);
+    EXPECT_NE(out, whole);
 }
 
-// What each report says, and that it says nothing else, when its section or memory is refused.
-TEST(Reports, SayWhyTheyFailed) {
-    const struct {
-        std::vector<std::string> arguments;
-        std::string size;
-        std::string lineEnd;
-    } cases[] = {
-        {{"-d"}, "803", "\n"},
-        {{"-e"}, "816", "\n"},
-        {{"-r"}, "30277", "\n"},
-        {{"-c"}, "224", "\n"},
-        {{"-u"}, "30277", "\n"},
-        {{"-u", "-t"}, "30277", "\n"},
-        {{"-u", "-p", "-c"}, "30277", "\n"},
-        {{"-u", "-p", "0"}, "30277", ""},
-        {{"-u", "-p", "-a"}, "30277", ""},
-        {{"-w", "-u", "-c"}, "30277", ""},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.arguments.back());
-        Machine machine;
-        machine.environment["FAIL_READ"] = "1:7";
-        Outcome outcome = machine.run(c.arguments);
-        EXPECT_EQ(outcome.out, readFailed + "7" + c.lineEnd);
-        EXPECT_EQ(outcome.calls.size(), 1U);
-        EXPECT_EQ(outcome.status, 0);
-        if (isSanitized()) {
-            continue; // the sanitizer's own allocator refuses nothing
+TEST(PsuInfo, ShowsTheDirectCurrentMaximumOfType1) {
+    Machine machine;
+    machine.poke(7, 9, {1});
+    machine.poke(7, 464, word(static_cast<uint32_t>(-3), 4));
+    const std::string out = machine.run({"-e"}).out;
+    const std::string prefix = "   sPSUPwrSection.";
+    EXPECT_NE(out.find(prefix + "u16PinMax ------------- 0\n" + prefix +
+                       "u16VinDCMax ------------- -3\n" + prefix + "u16IinMax"),
+              std::string::npos);
+}
+
+static std::string printed(const std::function<void(TextBuffer &)> &print) {
+    testing::internal::CaptureStdout();
+    {
+        TextBuffer out;
+        print(out);
+    }
+    fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+static std::string fixed(float value, int places) {
+    return printed([&](TextBuffer &out) { out.putFixed(value, places); });
+}
+
+// No report has an array of so many elements in a column yet.
+TEST(Rows, EndInTheirColumnBehindTwoDigits) {
+    const std::string text = printed([](TextBuffer &out) {
+        for (const int element : {9, 10}) {
+            putLabel(out, {.prefix = "", .column = 12}, {"label", {}}, element);
         }
-        machine.environment["REFUSE"] = c.size;
-        outcome = machine.run(c.arguments);
-        EXPECT_EQ(outcome.out, refused + c.size + "!" + c.lineEnd);
-        EXPECT_EQ(outcome.calls.size(), 0U);
-        EXPECT_EQ(outcome.status, 0);
+    });
+    EXPECT_EQ(text, "label[9] ---- label[10] --- ");
+}
+
+TEST(TextBuffer, RoundsAsPrintf) {
+    EXPECT_EQ(fixed(0.375F, 2), "0.38"); // ties go to the even digit
+    EXPECT_EQ(fixed(-0.125F, 2), "-0.12");
+    EXPECT_EQ(fixed(-0.0F, 2), "-0.00");
+    EXPECT_EQ(fixed(-NAN, 2), "-nan");
+    std::mt19937 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp)
+    for (int i = 0; i < 3000; ++i) {
+        const auto bits = static_cast<uint32_t>(random());
+        float value = 0;
+        memcpy(&value, &bits, sizeof value);
+        if (i % 2 == 0) { // of plausible size, and half way between two
+            value = static_cast<float>(static_cast<int32_t>(bits) >> 12) / 128;
+        }
+        const int places = i % 7;
+        char expected[64];
+        snprintf(expected, sizeof expected, "%.*f", places, static_cast<double>(value));
+        ASSERT_EQ(fixed(value, places), expected);
     }
 }

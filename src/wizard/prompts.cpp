@@ -8,8 +8,7 @@
 #include <unistd.h>
 
 int readInputLine(char *buffer, size_t capacity) {
-    const int descriptor = fileno(stdin);
-    if (descriptor < 0 || isatty(descriptor) == 0) {
+    if (isatty(fileno(stdin)) == 0) {
         return -1;
     }
     char *line = nullptr;
