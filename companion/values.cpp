@@ -10,38 +10,36 @@
 #include <cstdio>
 #include <cstdlib>
 
-void putType(TextBuffer &out, const Field &field) {
-    switch (field.type) {
+static std::string_view typeName(Kind type) {
+    switch (type) {
     case Kind::u8:
-        out.put("u8");
-        break;
+        return "u8";
     case Kind::u16:
     case Kind::domain:
-        out.put("u16");
-        break;
+        return "u16";
     case Kind::u32:
-        out.put("u32");
-        break;
+        return "u32";
     case Kind::u64:
-        out.put("u64");
-        break;
+        return "u64";
     case Kind::i16:
-        out.put("i16");
-        break;
+        return "i16";
     case Kind::i32:
-        out.put("i32");
-        break;
+        return "i32";
     case Kind::f32:
-        out.put("float");
-        break;
+        return "float";
     case Kind::f64:
-        out.put("double");
-        break;
+        return "double";
     case Kind::time:
-        out.put("time32");
-        break;
+        return "time32";
     default:
-        out.put("char[");
+        return "char";
+    }
+}
+
+void putType(TextBuffer &out, const Field &field) {
+    out.put(typeName(field.type));
+    if (field.type == Kind::text) {
+        out.put('[');
         out.putUnsigned(static_cast<uint32_t>(field.size));
         out.put(']');
     }
@@ -97,25 +95,14 @@ static std::string_view textOf(const Field &field, const uint8_t *section) {
 void putValue(TextBuffer &out, const Field &field, const uint8_t *section) {
     const uint8_t *at = section + field.offset;
     switch (field.type) {
-    case Kind::u8:
-        out.putUnsigned(load<uint8_t>(at));
-        break;
-    case Kind::u16:
     case Kind::domain:
-        out.putUnsigned(load<uint16_t>(at));
+        putInteger(out, Kind::u16, at);
         break;
-    case Kind::u32:
     case Kind::time:
-        out.putUnsigned(load<uint32_t>(at));
-        break;
-    case Kind::u64:
-        out.putUnsigned(load<uint64_t>(at));
+        putInteger(out, Kind::u32, at);
         break;
     case Kind::i16:
         out.putSigned(load<int16_t>(at));
-        break;
-    case Kind::i32:
-        out.putSigned(load<int32_t>(at));
         break;
     case Kind::f32:
         putShortest(out, load<float>(at), FLT_DIG, FLT_DECIMAL_DIG, strtof);
@@ -123,8 +110,11 @@ void putValue(TextBuffer &out, const Field &field, const uint8_t *section) {
     case Kind::f64:
         putShortest(out, load<double>(at), DBL_DIG, DBL_DECIMAL_DIG, strtod);
         break;
-    default:
+    case Kind::text:
         out.put(textOf(field, section));
+        break;
+    default:
+        putInteger(out, field.type, at);
     }
 }
 

@@ -83,7 +83,8 @@ inline constexpr auto limitAndThermalFields = [] {
 // clang-format on
 
 // The column of bounds, apart from the rows that only the compiler needs.
-template <const auto &fields> inline constexpr auto boundsOf = [] {
+template <const auto &fields>
+inline constexpr auto boundsOf = [] {
     std::array<uint32_t, std::size(fields)> column{};
     std::transform(fields.begin(), fields.end(), column.begin(),
                    [](const WritableField &field) { return field.max; });

@@ -101,11 +101,8 @@ static std::string_view asText(const uint8_t *at, size_t length) {
     return {reinterpret_cast<const char *>(at), length};
 }
 
-// Puts the value of a row and what ends the line.
-static void putValue(TextBuffer &out, const Style &style, const RowShape &shape,
-                     const uint8_t *at) {
-    char text[timeTextSize];
-    switch (shape.kind) {
+void putInteger(TextBuffer &out, Kind kind, const uint8_t *at) {
+    switch (kind) {
     case Kind::u8:
         out.putUnsigned(load<uint8_t>(at));
         break;
@@ -118,11 +115,25 @@ static void putValue(TextBuffer &out, const Style &style, const RowShape &shape,
     case Kind::u64:
         out.putUnsigned(load<uint64_t>(at));
         break;
+    default:
+        out.putSigned(load<int32_t>(at));
+    }
+}
+
+// Puts the value of a row and what ends the line.
+static void putValue(TextBuffer &out, const Style &style, const RowShape &shape,
+                     const uint8_t *at) {
+    char text[timeTextSize];
+    switch (shape.kind) {
+    case Kind::u8:
+    case Kind::u16:
+    case Kind::u32:
+    case Kind::u64:
+    case Kind::i32:
+        putInteger(out, shape.kind, at);
+        break;
     case Kind::i16:
         out.putUnsigned(static_cast<uint32_t>(load<int16_t>(at)));
-        break;
-    case Kind::i32:
-        out.putSigned(load<int32_t>(at));
         break;
     case Kind::f32:
         out.putFixed(load<float>(at), style.floatPlaces);

@@ -21,6 +21,9 @@ template <typename T> T load(const uint8_t *at) {
     return value;
 }
 
+// Puts an integer in decimal, of Kind::u8, u16, u32, u64 or i32.
+void putInteger(TextBuffer &out, Kind kind, const uint8_t *at);
+
 // Puts what stands before a row's value, with "[element]" behind the label unless it is -1.
 void putLabel(TextBuffer &out, const Style &style, const RowView &row, int element);
 
