@@ -1,96 +1,168 @@
-// Bounded, seeded random runs. Nothing may crash or hang, read outside a buffer (the build with
-// sanitizers tells) or write outside the UPM block.
-#include "harness.h"
+// Runs the programs in this process with arguments, typed lines, sections, results and names that
+// all come from one input, over a library that checks every call. scripts/fuzz has libFuzzer make
+// the inputs; the test makes random ones, the same each time.
+#undef NDEBUG // the checks are assertions
+#include "cli/command_line.h"
+#include "companion/commands.h"
+#include "sections/psu_info.h"
+#include "upm/writable_fields.h"
 
-#include <functional>
-#include <gtest/gtest.h>
-#include <random>
+#include <cassert>
+#include <cstring>
+#include <span>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <vector>
 
-namespace {
+// In an order in which they make sense.
+static constexpr const char *probeWords[] = {
+    "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u",  "-t", "-r",  "-u", "-p",    "-c",
+    "-w", "-u", "-p", "3",  "-s", "1",  "-l", "7",  "-i", "-u",  "-p", "16",  "-h", "-?",    "--",
+    "",   "-w", "-u", "-m", "1",  "1",  "3",  "y",  "1",  "y",   "2",  "n",   "y",  "2",     "y",
+    "7",  "4",  "y",  "2",  "2",  "0",  "y",  "5",  "y",  "1e9", "y",  "nan", "y",  "-1",    "2",
+    "3",  "15", "1",  "0",  "26", "3",  "31", "3x", "16", "1",   "2",  " 5",  "2",  "100001"};
 
-constexpr int sections[] = {6, 7, 8, 39};
-constexpr size_t upmBlock = 28661; // in the first
+static constexpr const char *companionWords[] = {"set",
+                                                 "upm.policies[3].state=1",
+                                                 "get",
+                                                 "upm.policies[15]",
+                                                 "set",
+                                                 "-",
+                                                 "json",
+                                                 "psu[2]",
+                                                 "upm.policies[3].SFOffset=32768",
+                                                 "set",
+                                                 "--dry-run",
+                                                 "upm.cpuPwrThermal.dimmPwr[1]=nan",
+                                                 "list",
+                                                 "upm",
+                                                 "set",
+                                                 "upm.powerLimits.cpuPPL[3]=100000",
+                                                 "upm.powerLimits.sysPL2=7",
+                                                 "upm.cpuPwrThermal.dimmPwr[3]=-1e9",
+                                                 "get",
+                                                 "reporting.vcoreVRData[1]",
+                                                 "config",
+                                                 "json"};
 
-class Fuzz : public testing::TestWithParam<unsigned> {
-  protected:
-    size_t below(size_t limit) {
-        return random() % limit;
-    }
+static std::span<const char *const> words;           // of the program that runs
+static uint8_t contents[powerReportingSection.size]; // of each section, as far as it goes
+static const uint8_t *input;                         // what is left of it, and a zero
+static size_t left;
+static size_t lastWord;
 
-    std::string oneOf(const std::vector<std::string> &choices) {
-        return choices[below(choices.size())];
-    }
-
-    void fillAtRandom() {
-        for (const int section : sections) {
-            Bytes bytes = machine.contents(section);
-            const bool isOfExtremes = below(4) == 0;
-            for (uint8_t &byte : bytes) {
-                byte = static_cast<uint8_t>(isOfExtremes ? 0xFF * below(2) : random());
-            }
-            machine.poke(section, 0, bytes);
-        }
-    }
-
-    // All that nothing may write to.
-    std::vector<Bytes> readOnlyBytes() {
-        std::vector<Bytes> bytes;
-        for (const int section : sections) {
-            bytes.push_back(machine.contents(section));
-        }
-        EXPECT_EQ(bytes[0].size(), 30277U);
-        bytes[0].resize(upmBlock);
-        return bytes;
-    }
-
-    void expectOrderly(const std::string &what, const std::function<Outcome()> &run) {
-        SCOPED_TRACE(what);
-        const std::vector<Bytes> before = readOnlyBytes();
-        const Outcome outcome = run();
-        EXPECT_TRUE(outcome.status == 0 || outcome.status == 1 || outcome.status == 255)
-            << outcome.status << outcome.err;
-        EXPECT_EQ(readOnlyBytes(), before);
-    }
-
-    std::mt19937 random{GetParam()};
-    Machine machine;
-};
-
-TEST_P(Fuzz, ArgumentVectors) {
-    const std::vector<std::string> words{
-        "-d", "-o", "-e", "-r", "-c", "-u", "-w",  "-l",  "-i",  "-h",
-        "-?", "-p", "-s", "-t", "-a", "-m", "-wu", "-x",  "--",  "-",
-        "",   "0",  "1",  "15", "16", "3x", " 7",  "-1",  "foo", "-uw",
-        "-u", "-w", "-p", "-s", "1",  "5",  "-u",  "-du", "-l5", "9999999999999999999999"};
-    for (int run = 0; run < 40; ++run) {
-        fillAtRandom();
-        std::vector<std::string> arguments;
-        std::string command;
-        for (size_t count = below(9); count > 0; --count) {
-            arguments.push_back(oneOf(words));
-            command += "'" + arguments.back() + "' ";
-        }
-        expectOrderly(command, [&] { return machine.run(arguments); });
-    }
+static size_t below(size_t limit) { // at most 256; 0 once the input has ended
+    return left == 0 ? 0 : (--left, *input++ % limit);
 }
 
-TEST_P(Fuzz, Dialogues) {
-    const std::vector<std::string> answers{
-        "0", "1",  "2",  "3",    "3",     "y",    "y",   "n",    "",      "15",
-        "7", "30", "24", "-1",   "65536", "1e9",  "nan", "0x10", "99999", "100001",
-        "x", " 5", "5 ", "1e-9", "-0",    "\x04", "\r",  "1",    "2",     "4294967295"};
-    for (int run = 0; run < 20; ++run) {
-        fillAtRandom();
-        std::string typed = std::to_string(1 + below(3)) + "\n";
-        while (typed.size() < 400) {
-            typed += below(20) == 0 ? std::string(below(200), static_cast<char>(' ' + below(90)))
-                                    : oneOf(answers);
-            typed += "\n";
-        }
-        expectOrderly(typed, [&] { return machine.runOnTerminal({"-w", "-u", "-m"}, typed); });
+// The word behind the last one, another or, less often, the text that comes next in the input.
+static const char *word() {
+    const size_t choice = below(16);
+    if (choice < 15) {
+        lastWord = (choice < 12 ? lastWord + 1 : below(256)) % words.size();
+        return words[lastWord];
     }
+    const auto *text = reinterpret_cast<const char *>(input);
+    input += strlen(text);
+    left -= strlen(text);
+    return text;
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, Fuzz, testing::Range(1U, 9U));
+static int copy(uint8_t *to, const uint8_t *from, int32_t length) {
+    if (below(16) == 15) {
+        return static_cast<int>(below(256)) - 256;
+    }
+    memcpy(to, from, static_cast<size_t>(length));
+    return 0;
+}
 
-} // namespace
+extern "C" int Tolm_shm_memread(int32_t id, uint8_t *bytes, int32_t offset, int32_t length) {
+    constexpr int32_t buses = offsetof(sPSUInfoSection, buses);
+    const bool isOfBus = offset >= buses;
+    const int32_t record = isOfBus ? sizeof(sPSUBusInfo) : sizeof(sTolmAbsPSUInfo);
+    const bool isRecord = length == record && (offset - isOfBus * buses) % record == 0;
+    const bool isAllowed = std::ranges::any_of(allSections, [=](Section section) {
+        return section.id == id && 0 <= offset && offset <= section.size - length &&
+               (length == section.size || (id == psuInfoSection.id && isRecord));
+    });
+    assert(isAllowed);
+    return copy(bytes, contents + offset, length);
+}
+
+// Whether the bytes are a value of a field, from whose record's start the offset counts.
+static bool isOfField(std::span<const WritableField> fields, size_t offset,
+                      std::span<const uint8_t> bytes) {
+    return std::ranges::any_of(fields, [=](const WritableField &field) {
+        const RowShape &shape = field.row.shape;
+        const size_t distance = offset - shape.offset;
+        uint64_t value = 0;
+        memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
+        return bytes.size() == shape.size && distance % shape.size == 0 &&
+               distance / shape.size < std::max<size_t>(shape.count, 1) &&
+               (value <= field.max || shape.kind == Kind::f64);
+    });
+}
+
+extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offset, int32_t length) {
+    const size_t start = static_cast<size_t>(offset) - upmBlockOffset;
+    const size_t inPolicies = start - policyOffset(0);
+    const std::span value(bytes, static_cast<size_t>(length));
+    assert(id == powerReportingSection.id);
+    assert((start == policyDataOffset && length == policyDataSize) ||
+           isOfField(limitAndThermalFields, start, value) ||
+           (inPolicies < sizeof(sUpmBlock::policies) &&
+            isOfField(policyFields, inPolicies % sizeof(sPolicy), value)));
+    return copy(contents + offset, bytes, length);
+}
+
+extern "C" const char *policyTypeToString(int16_t policy) {
+    assert(0 <= policy && policy < policyCount);
+    return below(16) == 15 ? nullptr : word();
+}
+
+extern "C" int isatty(int /*descriptor*/) noexcept {
+    return 1;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    std::vector<uint8_t> terminated(data, data + size);
+    terminated.push_back(0);
+    input = terminated.data();
+    left = size;
+    lastWord = 0;
+    const bool isCompanion = below(3) == 2;
+    words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
+    const char *arguments[10] = {"program"};
+    const int count = 1 + static_cast<int>(below(9));
+    std::generate(arguments + 1, arguments + count, word);
+    stdin = fdopen(memfd_create("typed", 0), "w+");
+    for (size_t lines = below(256); lines > 0; --lines) {
+        fprintf(stdin, "%s\n", word());
+    }
+    rewind(stdin);
+    for (size_t i = 0; i < sizeof contents; i += left + 1) {
+        memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
+    }
+    optind = opterr = 0; // getopt starts anew and is quiet
+    auto *argv = const_cast<char **>(arguments);
+    if (!isCompanion) {
+        const int status = runCommandLine(count, argv);
+        assert((-1 <= status && status <= 1) || status == wizardStatus);
+    } else if (count < 2 || strcmp(argv[1], "save") != 0) { // which would write files
+        const int status = runCompanion(count, argv);
+        assert(0 <= status && status <= 2);
+    }
+    fclose(stdin);
+    return 0;
+}
+
+#ifdef SEEDED
+int main() {
+    stdout = fopen("/dev/null", "w");
+    for (int run = 0; run < 5000; ++run) {
+        uint8_t bytes[1000];
+        std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
+        LLVMFuzzerTestOneInput(bytes, sizeof bytes);
+    }
+}
+#endif
