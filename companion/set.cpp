@@ -3,6 +3,7 @@
 #include "companion/values.h"
 #include "upm/block.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <sys/types.h>
@@ -17,52 +18,32 @@ struct Free {
 };
 template <typename T> using Memory = std::unique_ptr<T[], Free>;
 
-template <typename T> Memory<T> allocate(size_t count) {
-    return Memory<T>(static_cast<T *>(calloc(count, sizeof(T))));
-}
-
-// Lines of standard input, without their ends.
-struct InputLines {
-    Memory<char> text;
-    Memory<char *> lines;
-    size_t count = 0;
-};
-
-// Reads standard input to its end. Says why on standard error and returns false if that fails.
-bool readInput(InputLines &input) {
-    char *text = nullptr;
-    size_t allocated = 0;
-    errno = 0;
-    const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
-    input.text.reset(text);
-    if (length <= 0 || ferror(stdin) != 0) {
-        complain("standard input: %s", errno != 0 ? strerror(errno) : "nothing to set");
-        return false;
-    }
-    if (text[length - 1] == '\0') {
-        complain("standard input: a NUL byte");
-        return false;
-    }
-    input.lines = allocate<char *>(static_cast<size_t>(length));
-    if (!input.lines) {
-        complain("standard input: no memory");
-        return false;
-    }
-    for (char *rest = text; *rest != '\0';) {
-        input.lines[input.count++] = rest;
-        rest += strcspn(rest, "\n");
-        if (*rest == '\n') {
-            *rest++ = '\0';
-        }
-    }
-    return true;
-}
-
 // A field and what is to be written to it.
 struct Assignment {
     Field field;
     uint8_t bytes[maxValueSize];
 };
+
+// Reads standard input to its end, without the last line's. Returns null, and says why on standard
+// error, if there is nothing or it is no text.
+Memory<char> readInput() {
+    char *text = nullptr;
+    size_t allocated = 0;
+    errno = 0;
+    const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
+    Memory<char> input(text);
+    if (length <= 0) {
+        complain("standard input: %s", errno != 0 ? strerror(errno) : "nothing to set");
+        return nullptr;
+    }
+    char &last = text[length - 1];
+    if (last == '\0') {
+        complain("standard input: a NUL byte");
+        return nullptr;
+    }
+    last = last == '\n' ? '\0' : last;
+    return input;
+}
 
 // Takes PATH=VALUE apart. Returns null, or what is wrong with it.
 const char *parseAssignment(const char *text, Assignment &assignment) {
@@ -138,30 +119,34 @@ bool isReadBack(std::span<const Assignment> assignments, const uint8_t *expected
 
 int setFields(Words arguments) {
     const bool isDryRun = strcmp(arguments[0], "--dry-run") == 0;
-    Words texts = arguments.subspan(isDryRun ? 1 : 0);
-    if (texts.empty()) {
+    const Words words = arguments.subspan(isDryRun ? 1 : 0);
+    if (words.empty()) {
         complain("set: nothing to set; see orbelstatctl --help");
         return refused;
     }
-    InputLines input;
-    const bool isInput = texts.size() == 1 && strcmp(texts[0], "-") == 0;
-    if (isInput) {
-        if (!readInput(input)) {
+    size_t count = words.size();
+    Memory<char> input;
+    if (count == 1 && strcmp(words[0], "-") == 0) {
+        input = readInput();
+        if (!input) {
             return refused;
         }
-        texts = {input.lines.get(), input.count};
+        count += static_cast<size_t>(std::count(input.get(), strchr(input.get(), '\0'), '\n'));
     }
-    const auto assignments = allocate<Assignment>(texts.size());
-    if (!assignments) {
-        complain("no memory");
+    const Memory<Assignment> memory(static_cast<Assignment *>(calloc(count, sizeof(Assignment))));
+    if (!memory) {
+        complain("set: no memory");
         return failed;
     }
+    const std::span assignments(memory.get(), count);
     bool areTaken = true;
-    for (size_t i = 0; i < texts.size(); ++i) {
-        if (const char *wrong = parseAssignment(texts[i], assignments[i])) {
+    char *rest = input.get();
+    for (size_t i = 0; i < count; ++i) {
+        const char *text = input ? strsep(&rest, "\n") : words[i];
+        if (const char *wrong = parseAssignment(text, assignments[i])) {
             areTaken = false;
-            isInput ? complain("line %zu: %s: %s", i + 1, texts[i], wrong)
-                    : complain("%s: %s", texts[i], wrong);
+            input ? complain("line %zu: %s: %s", i + 1, text, wrong)
+                  : complain("%s: %s", text, wrong);
         }
     }
     if (!areTaken) {
@@ -172,8 +157,7 @@ int setFields(Words arguments) {
     if (section == nullptr) {
         return failed;
     }
-    const std::span all(assignments.get(), texts.size());
-    const size_t written = write(all, section, isDryRun);
-    const bool isDone = isDryRun || isReadBack(all.first(written), section);
-    return isDone && written == all.size() ? succeeded : failed;
+    const size_t written = write(assignments, section, isDryRun);
+    const bool isDone = isDryRun || isReadBack(assignments.first(written), section);
+    return isDone && written == count ? succeeded : failed;
 }

@@ -29,7 +29,7 @@ class Companion(unittest.TestCase):
             command[len(EMULATOR):len(EMULATOR)] = given
             settings = {}
         if shell:
-            command = ["sh", "-c", 'exec "$0" "$@" ' + shell, *command]
+            command = ["sh", "-c", f"{shell} exec \"$0\" \"$@\"", *command]
         result = subprocess.run(command, env={**os.environ, **settings}, input=stdin.encode("latin-1"),
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         return result.stdout.decode("latin-1"), result.stderr.decode("latin-1"), result.returncode
@@ -149,6 +149,7 @@ class Companion(unittest.TestCase):
                          "psu[3].psuBus.deviceName=/dev/psu-3\nconfig.instHeadroom=287\n")
         self.assertEqual(json.loads(self.ctl("json", "psu[3].inputOCW")[0]), [6.5, 6.75])
         self.assertEqual(self.ctl("json", "upm.policies[8].state")[0], "1\n")
+        self.assertEqual(len(json.loads(self.ctl("json", "upm.policies")[0])), 16)
 
     def writable(self):
         """One element of every field that may be written, with its bounds."""
@@ -184,14 +185,14 @@ class Companion(unittest.TestCase):
                     "upm.policies[3].state=0x1", "upm.policies[3].state=-1",
                     "upm.policies[3].policyPowerLimit=99999999999999999999",
                     "upm.cpuPwrThermal.dimmPwr[0]=inf", "upm.cpuPwrThermal.dimmPwr[0]= 1",
-                    "upm.cpuPwrThermal.dimmPwr[0]=1e400", "upm.cpuPwrThermal.dimmPwr[0]="):
+                    "upm.cpuPwrThermal.dimmPwr[0]=1e400", "upm.cpuPwrThermal.dimmPwr[0]=1x", "upm.cpuPwrThermal.dimmPwr[0]="):
             with self.subTest(bad):
                 _, err, calls = self.ctl("set", good, bad, status=2)
                 self.assertEqual(calls, [])
                 self.assertIn(bad + ": ", err)
         for text in ("", "\n", good + "\0\n", good + "\n\n" + good):
             self.assertEqual(self.ctl("set", "-", stdin=text, status=2)[2], [], text)
-        self.assertEqual(self.ctl("set", "-", shell="<&-", status=2)[2], [])
+        self.assertEqual(self.ctl("set", "-", shell="exec <&-;", status=2)[2], [])
 
     def test_set_takes_back_what_get_printed(self):
         before = self.section(6)
@@ -227,6 +228,13 @@ class Companion(unittest.TestCase):
         self.assertIn("section 6: cannot be read, error -7", err)
         self.assertEqual(self.section(8, folder), self.section(8))
         self.assertEqual(sorted(os.listdir(folder)), sorted(f"section-{n}" for n in REPORTS))
+        full = "trap '' XFSZ; ulimit -f 1;"
+        self.assertIn("section-6: File too large\n", self.ctl("save", folder, status=1, shell=full)[1])
+        os.mkdir(folder + "/new")
+        os.mkdir(folder + "/new/section-8")
+        self.assertIn("section-8: Is a dir", self.ctl("save", folder + "/new", status=1)[1])
+        self.assertEqual(sorted(os.listdir(folder + "/new")), sorted(f"section-{n}" for n in REPORTS))
+        self.ctl("save", "./" * 2044, status=1)
         self.ctl("save", self.folder + "/section-8", status=1)
         self.ctl("save", self.folder + "/no/folder", status=1)
 
@@ -238,11 +246,14 @@ class Companion(unittest.TestCase):
             self.assertEqual((out, calls), ("", []), words)
         self.assertIn("save FOLDER", self.ctl("--help")[0])
         self.assertRegex(self.ctl("--version")[0], r"^orbelstatctl \d+\.\d+\n$")
-        self.assertIn("No space left", self.ctl("json", shell=">/dev/full", status=1)[1])
-        self.assertIn("Bad file", self.ctl("list", shell=">&-", status=1)[1])
+        self.assertIn("No space left", self.ctl("json", shell="exec >/dev/full;", status=1)[1])
+        self.assertIn("Bad file", self.ctl("list", shell="exec >&-;", status=1)[1])
         out = self.ctl("get", "config.instHeadroom", "upm.policyState.policyId", status=1, FAIL_READ="1:3")[0]
         self.assertEqual(out, "upm.policyState.policyId=8\n")
         self.assertEqual(self.ctl("json", status=1, FAIL_READ="2:3")[0], "")
+        with open(BUILD + "/orbelstatctl", "rb") as file:
+            if b"__asan_init" not in file.read():  # whose allocator refuses nothing
+                self.assertIn("memory", self.ctl("get", "config", status=1, REFUSE="224")[1])
 
 
 if __name__ == "__main__":
