@@ -228,7 +228,7 @@ class Companion(unittest.TestCase):
         self.assertIn("section 6: cannot be read, error -7", err)
         self.assertEqual(self.section(8, folder), self.section(8))
         self.assertEqual(sorted(os.listdir(folder)), sorted(f"section-{n}" for n in REPORTS))
-        full = "trap '' XFSZ; ulimit -f 1;"
+        full = "trap '' XFSZ; ulimit -f 40;"
         self.assertIn("section-6: File too large\n", self.ctl("save", folder, status=1, shell=full)[1])
         os.mkdir(folder + "/new")
         os.mkdir(folder + "/new/section-8")
