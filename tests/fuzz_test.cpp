@@ -16,34 +16,20 @@
 
 // In an order in which they make sense.
 static constexpr const char *probeWords[] = {
-    "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u",  "-t", "-r",  "-u", "-p",    "-c",
-    "-w", "-u", "-p", "3",  "-s", "1",  "-l", "7",  "-i", "-u",  "-p", "16",  "-h", "-?",    "--",
-    "",   "-w", "-u", "-m", "1",  "1",  "3",  "y",  "1",  "y",   "2",  "n",   "y",  "2",     "y",
-    "7",  "4",  "y",  "2",  "2",  "0",  "y",  "5",  "y",  "1e9", "y",  "nan", "y",  "-1",    "2",
-    "3",  "15", "1",  "0",  "26", "3",  "31", "3x", "16", "1",   "2",  " 5",  "2",  "100001"};
+    "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t",  "-r", "-u",  "-p", "-c",
+    "-w", "-u", "-p", "3",  "-s", "1",  "-l", "7",  "-i", "-u", "-p",  "16", "-h",  "-?", "--",
+    "",   "-w", "-u", "-m", "1",  "1",  "4",  "3",  "y",  "1",  "y",   "2",  "n",   "y",  "2",
+    "y",  "7",  "4",  "y",  "2",  "2",  "0",  "y",  "5",  "y",  "1e9", "y",  "nan", "y",  "-1",
+    "2",  "3",  "16", "15", "1",  "0",  "26", "3",  "31", "3x", "1",   "2",  " 5",  "2",  "100001"};
 
-static constexpr const char *companionWords[] = {"set",
-                                                 "upm.policies[3].state=1",
-                                                 "get",
-                                                 "upm.policies[15]",
-                                                 "set",
-                                                 "-",
-                                                 "json",
-                                                 "psu[2]",
-                                                 "upm.policies[3].SFOffset=32768",
-                                                 "set",
-                                                 "--dry-run",
-                                                 "upm.cpuPwrThermal.dimmPwr[1]=nan",
-                                                 "list",
-                                                 "upm",
-                                                 "set",
-                                                 "upm.powerLimits.cpuPPL[3]=100000",
-                                                 "upm.powerLimits.sysPL2=7",
-                                                 "upm.cpuPwrThermal.dimmPwr[3]=-1e9",
-                                                 "get",
-                                                 "reporting.vcoreVRData[1]",
-                                                 "config",
-                                                 "json"};
+// clang-format off
+static constexpr const char *companionWords[] = {
+    "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2]",
+    "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
+    "list", "upm", "set", "upm.powerLimits.cpuPPL[3]=100000", "upm.powerLimits.sysPL2=7",
+    "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "reporting.vcoreVRData[1]", "config", "json",
+};
+// clang-format on
 
 static std::span<const char *const> words;           // of the program that runs
 static uint8_t contents[powerReportingSection.size]; // of each section, as far as it goes
