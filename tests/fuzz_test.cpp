@@ -121,6 +121,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const char *arguments[10] = {"program"};
     const int count = 1 + static_cast<int>(below(9));
     std::generate(arguments + 1, arguments + count, word);
+    if (isCompanion && count > 1 && below(8) != 0) {
+        static constexpr const char *commands[] = {"get", "set", "list", "json"};
+        arguments[1] = commands[below(std::size(commands))];
+    }
     stdin = fdopen(memfd_create("typed", 0), "w+");
     for (size_t lines = below(256); lines > 0; --lines) {
         fprintf(stdin, "%s\n", word());
@@ -145,6 +149,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
 #ifdef SEEDED
 int main() {
     stdout = fopen("/dev/null", "w");
+    stderr = stdout;
     for (int run = 0; run < 5000; ++run) {
         uint8_t bytes[1000];
         std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
