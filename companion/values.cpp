@@ -4,7 +4,6 @@
 #include "upm/writable_fields.h"
 
 #include <cctype>
-#include <cerrno>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
@@ -154,10 +153,8 @@ void putJsonValue(TextBuffer &out, const Field &field, const uint8_t *section) {
 
 static const char *parseDouble(const char *text, double &value) {
     char *rest = nullptr;
-    errno = 0;
-    value = strtod(text, &rest);
-    if (rest == text || *rest != '\0' || isspace(static_cast<unsigned char>(*text)) != 0 ||
-        errno != 0) {
+    value = strtod(text, &rest); // infinite if it overflows
+    if (rest == text || *rest != '\0' || isspace(static_cast<unsigned char>(*text)) != 0) {
         return "not a number";
     }
     return value < -maxDouble || value > maxDouble ? "out of bounds" : nullptr;

@@ -195,12 +195,13 @@ class Companion(unittest.TestCase):
         self.assertEqual(self.ctl("set", "-", shell="exec <&-;", status=2)[2], [])
 
     def test_set_takes_back_what_get_printed(self):
+        self.poke(6, 28917, b"\1\0\0\0\0\0\0\0")  # the least number that there is
         before = self.section(6)
         saved = self.ctl("get", "upm.policies", "upm.powerLimits.cpuPPL", "upm.cpuPwrThermal.dimmPwr")[0]
         out, _, calls = self.ctl("set", "--dry-run", "upm.policies[3].state=0")
         self.assertEqual((out, calls), ("upm.policies[3].state: 1 -> 0\n", ["read 6 0 30277"]))
         self.ctl("set", "upm.policies[3].state=0", "upm.policies[3].state=1",
-                 "upm.policies[3].state=0", "upm.cpuPwrThermal.dimmPwr[2]=-0.5")
+                 "upm.policies[3].state=0", "upm.cpuPwrThermal.dimmPwr[0]=-0.5")
         self.assertNotEqual(self.section(6), before)
         self.ctl("set", "-", stdin=saved)
         self.assertEqual(self.section(6), before)
