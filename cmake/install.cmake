@@ -62,9 +62,9 @@ endfunction()
 
 install_files(program ${program_package}
     PROGRAMS ${programs}
-    MANUALS orbelstatprobe.1
-    BASH_COMPLETIONS orbelstatprobe.bash
-    ZSH_COMPLETIONS _orbelstatprobe)
+    MANUALS orbelstatprobe.1 orbelstatctl.1
+    BASH_COMPLETIONS orbelstatprobe.bash orbelstatctl.bash
+    ZSH_COMPLETIONS _orbelstatprobe _orbelstatctl)
 set(CPACK_COMPONENTS_ALL program)
 
 if(TARGET tolmshm)
@@ -72,8 +72,8 @@ if(TARGET tolmshm)
     foreach(program IN LISTS programs)
         install(CODE "
             cmake_path(APPEND CMAKE_INSTALL_PREFIX ${CMAKE_INSTALL_BINDIR} ${program}
-                OUTPUT_VARIABLE program)
-            file(RPATH_REMOVE FILE \"\$ENV{DESTDIR}\${program}\")" COMPONENT program)
+                OUTPUT_VARIABLE installed)
+            file(RPATH_REMOVE FILE \"\$ENV{DESTDIR}\${installed}\")" COMPONENT program)
     endforeach()
     install(TARGETS tolmshm tolmdata LIBRARY NAMELINK_SKIP COMPONENT standin)
     install_files(standin orbelstatprobe-standin

@@ -15,13 +15,32 @@ offers = {  # behind "orbelstatprobe "; the current folder holds file-1
 }
 lines = {"orbelstatprobe " + line: words for line, words in offers.items()}
 lines |= {"tolmfill ": "--check --force", "tolmfill --force ": "", "tolmfill > ": "file-1"}
+indices = lambda name, count: " ".join(f"{name}[{i}]" for i in range(count))
+offers = {  # behind "orbelstatctl "
+    "": "get json list save set --help --version", "get ": "global psu reporting upm config",
+    "get ps": "psu", "get psu": indices("psu", 12), r"json psu\[1": "psu[1] psu[10] psu[11]",
+    "list psu[3].psuB": "psu[3].psuBus", "get upm.policies": indices("upm.policies", 16),
+    "get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "get config.u": "",
+    "get upm config.inst": "config.instHeadroom", "json upm ": "", "save /et": "/etc",
+    "set --": "--dry-run", "set - ": "", "set upm.p": "upm.powerLimits upm.policies",
+    "set --dry-run c": "", "set upm.powerLimits.sysPL1=1 u": "upm", "set upm.timestamp=": "",
+    "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
+    "set - < fi": "file-1", "get upm > fi": "file-1",
+}
+lines |= {"orbelstatctl " + line: words for line, words in offers.items()}
+completed = {  # by Control-T, which leaves the line ready to be gone on with
+    "get up": "get upm", "get upm.timest": "get upm.timestamp ", "get 'psu": "get 'psu[",
+    "set upm.powerLimits.sysPL1": "set upm.powerLimits.sysPL1=",
+}
 
 # Tab inserts everything that is offered, Control-O shows the line between two marks.
 bash = f"""PS1='ready$ '; for file in {docs}/*.bash; do . "$file"; done
 show() {{ printf '\\1%s\\2' "$READLINE_LINE"; }}; bind -x '"\\C-o": show'
-bind '"\\t": insert-completions'"""
+bind '"\\t": insert-completions'; bind '"\\C-t": complete'"""
 zsh = f"""PS1='ready$ '; fpath=({docs} $fpath); autoload -Uz compinit; compinit -u -D
 show() {{ printf '\\1%s\\2' "$BUFFER" >/dev/tty; }}; zle -N show; bindkey '^O' show
+zle -C plain complete-word _generic; bindkey '^T' plain
+zstyle ':completion:plain:*' completer _complete
 zstyle ':completion:*' insert true; zstyle ':completion:*' completer _all_matches _complete"""
 
 def read_until(terminal, pattern):
@@ -44,13 +63,22 @@ def count_faults(shell, start_file, start_text):
         if child == 0:
             os.chdir(current)
             settings = {"HOME": home, "ZDOTDIR": home, "TERM": "dumb"}
+            settings["PATH"] = sys.argv[1] + ":" + os.environ["PATH"]
             os.execvpe(shell[0], shell, os.environ | settings)
         read_until(terminal, "ready[$] ")
         for line, words in lines.items():
             os.write(terminal, f"{line}\t\x0f\x15".encode())  # Control-U empties the line
             shown = read_until(terminal, "\1(.*)\2")[1]
-            if shown != (re.sub("[^ >]*$", words + " ", line, count=1) if words else line):
+            wanted = re.sub("[^ >]*$", words, line, count=1) if words else line
+            # zsh quotes brackets, and has a folder end in a slash.
+            if re.sub(r"\\(.)", r"\1", shown).rstrip("/").split() != wanted.split():
                 print(f"{shell[0]}: {line!r} becomes {shown!r}, not with {words!r}")
+                faults += 1
+        for line, wanted in completed.items():
+            os.write(terminal, f"orbelstatctl {line}\x14\x0f\x15".encode())
+            shown = read_until(terminal, "\1orbelstatctl (.*)\2")[1]
+            if shown != wanted:
+                print(f"{shell[0]}: {line!r} is completed to {shown!r}, not {wanted!r}")
                 faults += 1
         os.kill(child, signal.SIGKILL)
         os.waitpid(child, 0)

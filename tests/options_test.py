@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every option of the usage text stands wherever options are listed; says what is missing where."""
+"""Every option or command of a usage text stands wherever such are listed; says what is missing."""
 import os, pathlib, re, shlex, shutil, subprocess, sys
 
 build = os.environ.get("ORBEL_TEST_BUILD", sys.argv[1])
@@ -14,10 +14,13 @@ readme = open("README.md").read()
 measured = re.search("for options in (.*); do", open("scripts/bench").read())[1]
 measured = shlex.split(re.sub(r"\d+", "1", measured))
 offering = {  # the last word, behind those before it
-    "bash": """. docs/orbelstatprobe.bash; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
-               _orbelstatprobe; printf '%s ' "${COMPREPLY[@]}" """,
+    "bash": """. docs/$1.bash; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+               _$1; printf '%s ' "${COMPREPLY[@]}" """,
     "zsh": """_describe() { echo - "${choices[@]%%:*}"; }; words=("$@") CURRENT=$#
-              . docs/_orbelstatprobe"""}
+              . docs/_$1"""}
+def offered(shell, words):
+    command = [shell, "-c", offering[shell], shell, *words]
+    return subprocess.check_output(command, text=True).split()
 missing = []
 for option in options:
     typed = re.sub("<.*?>", "1", option)
@@ -30,7 +33,14 @@ for option in options:
     words = ["orbelstatprobe", *typed.split()]
     for shell in filter(shutil.which, offering):
         for last in range(1, len(words)):
-            command = [shell, "-c", offering[shell], shell, *words[:last + 1]]
-            if words[last] not in subprocess.check_output(command, text=True).split():
+            if words[last] not in offered(shell, words[:last + 1]):
                 missing.append(f"{option} in the completion of {shell}, at {words[last]}")
+usage = subprocess.getoutput(f"{emulator} {build}/orbelstatctl --help")
+synopsis = open("docs/orbelstatctl.1").read().split(".Sh ")[2]
+for command in re.findall(r"(?:^.* orbelstatctl|\|) (-*\w+)", usage, re.M):
+    if not re.search(rf"(Cm|Fl|\|) {command.removeprefix('-')}\b", synopsis):
+        missing.append(f"{command} in the manual's synopsis")
+    for shell in filter(shutil.which, offering):
+        if command not in offered(shell, ["orbelstatctl", command]):
+            missing.append(f"{command} in the completion of {shell}")
 sys.exit("missing: " + ", ".join(missing) if missing else 0)
