@@ -1,6 +1,6 @@
 #include "companion/commands.h"
 
-#include "companion/report.h"
+#include "companion/sections.h"
 
 #include <cstdio>
 
@@ -39,19 +39,21 @@ int runCompanion(int argc, char **argv) {
     };
     const Words words(argv, static_cast<size_t>(argc));
     if (words.size() < 2) {
-        complain("no command; see orbelstatctl --help");
+        fprintf(stderr, "orbelstatctl: no command; see orbelstatctl --help\n");
         return refused;
     }
     const Words arguments = words.subspan(2);
     for (const auto &command : commands) {
         if (strcmp(words[1], command.name) == 0) {
             if (arguments.size() < command.least || arguments.size() > command.most) {
-                complain("%s: wrong number of arguments; see orbelstatctl --help", command.name);
+                fprintf(stderr,
+                        "orbelstatctl: %s: wrong number of arguments; see orbelstatctl --help\n",
+                        command.name);
                 return refused;
             }
             return command.run(arguments);
         }
     }
-    complain("%s: no such command; see orbelstatctl --help", words[1]);
+    fprintf(stderr, "orbelstatctl: %s: no such command; see orbelstatctl --help\n", words[1]);
     return refused;
 }

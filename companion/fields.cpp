@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 
 static constexpr auto policyAndTimestampRows = [] {
     using Record = sUpmBlock;
@@ -68,6 +69,18 @@ bool areRelated(std::string_view one, std::string_view other) {
     }
     const char next = inner[outer.size()];
     return next == '.' || next == '[';
+}
+
+size_t countFields(std::string_view path) {
+    size_t count = 0;
+    if (!path.empty()) {
+        forEachField(path, [&](const Field & /*field*/) { ++count; });
+    }
+    if (count == 0) {
+        fprintf(stderr, "orbelstatctl: %.*s: no such field\n", static_cast<int>(path.size()),
+                path.data());
+    }
+    return count;
 }
 
 // The bound of the field at `offset` in one of the tables of writable fields; null if there is

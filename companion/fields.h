@@ -57,11 +57,14 @@ class Path {
 // Whether one path names the other or what it lies in. All are related to "".
 bool areRelated(std::string_view one, std::string_view other);
 
-// Appends each index below `count` to the path, or nothing if `count` is 0, and calls
+// Appends each index below `count` to the path of an array, or nothing if `count` is 0, and calls
 // visit(element) for those that are related to the wanted path.
 template <typename Visit>
 void forEachElement(Path &path, size_t count, std::string_view wanted, Visit visit) {
     const size_t length = path.view().size();
+    if (!areRelated(path.view(), wanted)) {
+        return;
+    }
     for (size_t element = 0; element == 0 || element < count; ++element) {
         if (count != 0) {
             path.appendIndex(element);
@@ -73,26 +76,39 @@ void forEachElement(Path &path, size_t count, std::string_view wanted, Visit vis
     }
 }
 
-// Calls visit(Field) for the fields of a record at `offset`, whose path stands in `path`.
+// Calls visit(Field) for the values of one member, which is no struct, of a record at `offset`,
+// whose path stands in `path`.
 template <typename Visit>
-void forEachRowsField(Path &path, const Rows &rows, const Root &root, int32_t offset,
-                      std::string_view wanted, const Visit &visit) {
+void forEachValue(Path &path, const RowView &row, const Root &root, int32_t offset,
+                  std::string_view wanted, const Visit &visit) {
+    const size_t length = path.view().size();
+    const RowShape &shape = row.shape;
+    const bool isText = shape.kind == Kind::text;
+    path.append(row.label);
+    forEachElement(path, isText ? 0 : shape.count, wanted, [&](int32_t element) {
+        visit(Field{path.view(), root.section, offset + shape.offset + element * shape.size,
+                    isText ? shape.count : shape.size, shape.kind});
+    });
+    path.cut(length);
+}
+
+// The same for all members of a record, structs and arrays of them included.
+template <typename Visit>
+void forEachFieldOfRecord(Path &path, const Rows &rows, const Root &root, int32_t offset,
+                          std::string_view wanted, const Visit &visit) {
     forEachRow(rows, allViews, [&](const RowView &row, const Rows &nested) {
-        const size_t length = path.view().size();
-        const RowShape &shape = row.shape;
-        const bool isText = shape.kind == Kind::text;
-        path.append(row.label);
-        if (areRelated(path.view(), wanted)) {
-            forEachElement(path, isText ? 0 : shape.count, wanted, [&](int32_t element) {
-                const int32_t at = offset + shape.offset + element * shape.size;
-                if (nested.size() != 0) {
-                    forEachRowsField(path, nested, root, at, wanted, visit);
-                } else {
-                    visit(Field{path.view(), root.section, at, isText ? shape.count : shape.size,
-                                shape.kind});
-                }
-            });
+        if (nested.size() == 0) {
+            forEachValue(path, row, root, offset, wanted, visit);
+            return;
         }
+        const size_t length = path.view().size();
+        path.append(row.label);
+        forEachElement(path, row.shape.count, wanted, [&](int32_t element) {
+            const int32_t start = offset + row.shape.offset + element * row.shape.size;
+            forEachRow(nested, allViews, [&](const RowView &inner, const Rows & /*none*/) {
+                forEachValue(path, inner, root, start, wanted, visit);
+            });
+        });
         path.cut(length);
     });
 }
@@ -111,14 +127,17 @@ template <typename Visit> void forEachField(std::string_view wanted, const Visit
                     path.append(record.group);
                 }
                 if (areRelated(path.view(), wanted)) {
-                    forEachRowsField(path, record.fields(), root,
-                                     record.offset + element * record.stride, wanted, visit);
+                    forEachFieldOfRecord(path, record.fields(), root,
+                                         record.offset + element * record.stride, wanted, visit);
                 }
                 path.cut(length);
             }
         });
     }
 }
+
+// How many fields a path names; says so on standard error if there are none.
+size_t countFields(std::string_view path);
 
 // Whether the wizard may write a field, and up to which bound.
 struct WriteBound {

@@ -1,5 +1,5 @@
 #include "companion/commands.h"
-#include "companion/report.h"
+#include "companion/sections.h"
 #include "companion/values.h"
 
 #include <algorithm>
@@ -45,9 +45,9 @@ class Document {
     void beginLine();
 
     TextBuffer &out;
-    Level levels[8];
+    Level levels[8]{};
     size_t depth = 0;
-    char lastPath[256];
+    char lastPath[256]{};
     size_t lastLength = 0;
 };
 

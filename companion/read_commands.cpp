@@ -1,5 +1,5 @@
 #include "companion/commands.h"
-#include "companion/report.h"
+#include "companion/sections.h"
 #include "companion/values.h"
 #include "upm/writable_fields.h"
 

@@ -1,5 +1,5 @@
 #include "companion/commands.h"
-#include "companion/report.h"
+#include "companion/sections.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -40,7 +40,7 @@ static int saveSection(const char *folder, Section section, SectionCopies &copie
     char temporary[sizeof path + 32];
     const int length = snprintf(path, sizeof path, "%s/section-%d", folder, section.id);
     if (length >= static_cast<int>(sizeof path)) {
-        complain("%s: %s", folder, strerror(ENAMETOOLONG));
+        fprintf(stderr, "orbelstatctl: %s: %s\n", folder, strerror(ENAMETOOLONG));
         return failed;
     }
     snprintf(temporary, sizeof temporary, "%s.%d", path, getpid());
@@ -50,7 +50,7 @@ static int saveSection(const char *folder, Section section, SectionCopies &copie
     }
     const int error = writeFile(path, temporary, bytes, static_cast<size_t>(section.size));
     if (error != 0) {
-        complain("%s: %s", path, strerror(error));
+        fprintf(stderr, "orbelstatctl: %s: %s\n", path, strerror(error));
         return failed;
     }
     printf("%s: %d bytes\n", path, section.size);
@@ -60,7 +60,7 @@ static int saveSection(const char *folder, Section section, SectionCopies &copie
 int saveSections(Words arguments) {
     const char *folder = arguments[0];
     if (mkdir(folder, 0777) != 0 && errno != EEXIST) {
-        complain("%s: %s", folder, strerror(errno));
+        fprintf(stderr, "orbelstatctl: %s: %s\n", folder, strerror(errno));
         return failed;
     }
     SectionCopies copies;

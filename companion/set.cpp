@@ -1,5 +1,5 @@
 #include "companion/commands.h"
-#include "companion/report.h"
+#include "companion/sections.h"
 #include "companion/values.h"
 #include "upm/block.h"
 
@@ -33,12 +33,13 @@ Memory<char> readInput() {
     const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
     Memory<char> input(text);
     if (length <= 0) {
-        complain("standard input: %s", errno != 0 ? strerror(errno) : "nothing to set");
+        fprintf(stderr, "orbelstatctl: standard input: %s\n",
+                errno != 0 ? strerror(errno) : "nothing to set");
         return nullptr;
     }
     char &last = text[length - 1];
     if (last == '\0') {
-        complain("standard input: a NUL byte");
+        fprintf(stderr, "orbelstatctl: standard input: a NUL byte\n");
         return nullptr;
     }
     last = last == '\n' ? '\0' : last;
@@ -81,8 +82,8 @@ size_t write(std::span<const Assignment> assignments, uint8_t *section, bool isD
         if (!isDryRun) {
             const size_t offset = static_cast<size_t>(field.offset) - upmBlockOffset;
             if (const int error = writeUpmBlock(offset, assignment.bytes, size)) {
-                complain("%.*s: cannot be written, error %d of the library",
-                         static_cast<int>(field.path.size()), field.path.data(), error);
+                fprintf(stderr, "orbelstatctl: %.*s: cannot be written, error %d of the library\n",
+                        static_cast<int>(field.path.size()), field.path.data(), error);
                 break;
             }
         }
@@ -107,8 +108,8 @@ bool isReadBack(std::span<const Assignment> assignments, const uint8_t *expected
         const Field &field = assignment.field;
         if (section != nullptr && memcmp(section + field.offset, expected + field.offset,
                                          static_cast<size_t>(field.size)) != 0) {
-            complain("%.*s: does not read back as it was written",
-                     static_cast<int>(field.path.size()), field.path.data());
+            fprintf(stderr, "orbelstatctl: %.*s: does not read back as it was written\n",
+                    static_cast<int>(field.path.size()), field.path.data());
             isSame = false;
         }
     }
@@ -121,7 +122,7 @@ int setFields(Words arguments) {
     const bool isDryRun = strcmp(arguments[0], "--dry-run") == 0;
     const Words words = arguments.subspan(isDryRun ? 1 : 0);
     if (words.empty()) {
-        complain("set: nothing to set; see orbelstatctl --help");
+        fprintf(stderr, "orbelstatctl: set: nothing to set; see orbelstatctl --help\n");
         return refused;
     }
     size_t count = words.size();
@@ -135,7 +136,7 @@ int setFields(Words arguments) {
     }
     const Memory<Assignment> memory(static_cast<Assignment *>(calloc(count, sizeof(Assignment))));
     if (!memory) {
-        complain("set: no memory");
+        fprintf(stderr, "orbelstatctl: set: no memory\n");
         return failed;
     }
     const std::span assignments(memory.get(), count);
@@ -145,8 +146,8 @@ int setFields(Words arguments) {
         const char *text = input ? strsep(&rest, "\n") : words[i];
         if (const char *wrong = parseAssignment(text, assignments[i])) {
             areTaken = false;
-            input ? complain("line %zu: %s: %s", i + 1, text, wrong)
-                  : complain("%s: %s", text, wrong);
+            input ? fprintf(stderr, "orbelstatctl: line %zu: %s: %s\n", i + 1, text, wrong)
+                  : fprintf(stderr, "orbelstatctl: %s: %s\n", text, wrong);
         }
     }
     if (!areTaken) {

@@ -54,9 +54,8 @@ static int cutZeros(char *text) {
     if (end[-1] == '.') {
         --end;
     }
-    const size_t length = strlen(exponent);
-    memmove(end, exponent, length);
-    return static_cast<int>(end - text + static_cast<ptrdiff_t>(length));
+    memmove(end, exponent, strlen(exponent) + 1);
+    return static_cast<int>(strlen(text));
 }
 
 // Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`

@@ -93,7 +93,7 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     record.sNMStatisticsPWR.u16MinPwrPlat = 298;
     record.sNMStatisticsPWR.u16MaxPwrPlat = 981;
     record.sNMStatisticsPWR.u16AvgPwrPlat = 574;
-    record.sNMStatisticsPWR.u32IPMITimeStmp = static_cast<int32_t>(secondsAgo(60));
+    record.sNMStatisticsPWR.u32IPMITimeStmp = secondsAgo(60);
     record.sTolmPowerPOSConfigPWR.u8I2CBus = 3;
     record.sTolmPowerPOSConfigPWR.u8I2CReadSecondaryAddr = 0x59;
     record.sTolmPowerPOSConfigPWR.u8I2CWriteSecondaryAddr = 0x58;
@@ -113,12 +113,12 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
 
     auto &sensor = record.sSysLevelSensor;
     sensor.u8SDRMultiplier = 1;
-    sensor.u32CPStartTime = static_cast<int32_t>(secondsAgo(86400));
+    sensor.u32CPStartTime = secondsAgo(86400);
     sensor.u32CumulPower = 13904;
-    sensor.u32PeakStartTime = static_cast<int32_t>(secondsAgo(80000));
-    sensor.u32PeakPowerTime = static_cast<int32_t>(secondsAgo(5400));
+    sensor.u32PeakStartTime = secondsAgo(80000);
+    sensor.u32PeakPowerTime = secondsAgo(5400);
     sensor.u16PeakPower = 981;
-    sensor.u32PeakCurrTime = static_cast<int32_t>(secondsAgo(5340));
+    sensor.u32PeakCurrTime = secondsAgo(5340);
     sensor.u16PeakCurrent = 81;
     sensor.u16AvgPower = 574;
 

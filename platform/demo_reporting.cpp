@@ -57,7 +57,7 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.lastDayMaxPowerTime = minutesAgo(90);
     record.lastDayMaxPower = 981;
     record.lastWeekAvgPower = 561;
-    record.lastWeekMinPowerTime = static_cast<int32_t>(secondsAgo(400000));
+    record.lastWeekMinPowerTime = secondsAgo(400000);
     record.lastWeekMinPower = 291;
     record.lastWeekMaxPower = 1002;
     setText(record.activePolicyName, "Demo cap at %d W", 900);

@@ -61,9 +61,9 @@ inline constexpr auto distinctFields = [] {
 template <const auto &written>
 inline constexpr auto fieldRows = [] {
     std::array<Row, distinctFields<written>.count> distinct{};
-    for (size_t i = 0; i < distinct.size(); ++i) {
-        distinct[i] = distinctFields<written>.entries[i].row;
-    }
+    const auto *entries = distinctFields<written>.entries.data();
+    std::transform(entries, entries + distinct.size(), distinct.begin(),
+                   [](const auto &entry) { return entry.row; });
     return distinct;
 }();
 

@@ -1,10 +1,7 @@
-// What commands have in common: messages, and copies of the sections.
+// Copies of the sections that a command looks into.
 #pragma once
 
 #include "companion/fields.h"
-
-// Prints one line on standard error, headed by the program's name.
-__attribute__((format(printf, 1, 2))) void complain(const char *format, ...);
 
 // Copies of sections, each read whole when it is first wanted.
 class SectionCopies {
@@ -20,6 +17,3 @@ class SectionCopies {
     };
     Copy copies[std::size(allSections)];
 };
-
-// How many fields a path names; says so on standard error if there are none.
-size_t countFields(std::string_view path);
