@@ -111,7 +111,7 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION admin)
 # No Replaces: with one, dpkg would remove the other package unasked.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONFLICTS ${other_package})
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "inspect and edit the power-management shared memory
-Prints the four sections of a server management controller's power-management
+Prints the sections of a server management controller's power-management
 shared memory field by field, and edits policies, CPU power limits and thermal
 readings in it.")
 if(TARGET tolmshm)

@@ -3,6 +3,7 @@
 #include "companion/sections.h"
 
 #include <cstdio>
+#include <cstring>
 
 static constexpr char usage[] =
     "Usage: orbelstatctl list [PATH]\n"

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 
 static constexpr auto policyAndTimestampRows = [] {
     using Record = sUpmBlock;
@@ -58,17 +59,12 @@ void Path::appendIndex(size_t index) {
     text[used++] = ']';
 }
 
-bool areRelated(std::string_view one, std::string_view other) {
-    const std::string_view outer = one.size() < other.size() ? one : other;
-    const std::string_view inner = one.size() < other.size() ? other : one;
-    if (memcmp(outer.data(), inner.data(), outer.size()) != 0) {
+bool isIn(std::string_view wanted, std::string_view path) {
+    if (!path.starts_with(wanted)) {
         return false;
     }
-    if (outer.empty() || outer.size() == inner.size()) {
-        return true;
-    }
-    const char next = inner[outer.size()];
-    return next == '.' || next == '[';
+    const char next = wanted.size() < path.size() ? path[wanted.size()] : '.';
+    return wanted.empty() || next == '.' || next == '[';
 }
 
 size_t countFields(std::string_view path) {
@@ -81,20 +77,6 @@ size_t countFields(std::string_view path) {
                 path.data());
     }
     return count;
-}
-
-// The bound of the field at `offset` in one of the tables of writable fields; null if there is
-// none.
-static const uint32_t *findBound(const Rows &rows, std::span<const uint32_t> bounds,
-                                 size_t offset) {
-    for (size_t i = 0; i < rows.size(); ++i) {
-        const RowShape shape = rows[i].shape;
-        const size_t elements = std::max<size_t>(shape.count, 1);
-        if (offset >= shape.offset && offset < shape.offset + elements * shape.size) {
-            return &bounds[i];
-        }
-    }
-    return nullptr;
 }
 
 static uint32_t greatestOf(Kind type) {
@@ -111,21 +93,11 @@ static uint32_t greatestOf(Kind type) {
     }
 }
 
-WriteBound writeBoundOf(const Field &field) {
+std::optional<uint32_t> writeBoundOf(const Field &field) {
     const auto start = static_cast<int32_t>(upmBlockOffset);
     if (field.section.id != powerReportingSection.id || field.offset < start) {
-        return {false, 0};
+        return std::nullopt;
     }
-    const auto offset = static_cast<size_t>(field.offset - start);
-    const uint32_t *max = nullptr;
-    if (offset >= policyOffset(0) && offset < policyOffset(policyCount)) {
-        max = findBound(tableOf<policyFields>(), boundsOf<policyFields>,
-                        (offset - policyOffset(0)) % sizeof(sPolicy));
-    } else {
-        max = findBound(tableOf<limitAndThermalFields>(), boundsOf<limitAndThermalFields>, offset);
-    }
-    if (max == nullptr) {
-        return {false, 0};
-    }
-    return {true, std::min(*max, greatestOf(field.type))};
+    const std::optional<uint32_t> bound = writeBoundAt(static_cast<size_t>(field.offset - start));
+    return bound ? std::min(*bound, greatestOf(field.type)) : bound;
 }

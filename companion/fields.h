@@ -5,7 +5,7 @@
 #include "sections/rows/table.h"
 #include "shm/shm.h"
 
-#include <cstring>
+#include <optional>
 #include <span>
 
 // One field: a scalar, an element of an array, or a text.
@@ -54,22 +54,25 @@ class Path {
     size_t used = 0;
 };
 
-// Whether one path names the other or what it lies in. All are related to "".
-bool areRelated(std::string_view one, std::string_view other);
+// Whether a path is the one that is wanted or lies below it. All lie below "".
+bool isIn(std::string_view wanted, std::string_view path);
 
 // Appends each index below `count` to the path of an array, or nothing if `count` is 0, and calls
-// visit(element) for those that are related to the wanted path.
+// visit(element) for those that the wanted path names, lies in or leads to.
 template <typename Visit>
 void forEachElement(Path &path, size_t count, std::string_view wanted, Visit visit) {
     const size_t length = path.view().size();
-    if (!areRelated(path.view(), wanted)) {
+    const auto leadsToWanted = [&] {
+        return isIn(wanted, path.view()) || isIn(path.view(), wanted);
+    };
+    if (!leadsToWanted()) {
         return;
     }
     for (size_t element = 0; element == 0 || element < count; ++element) {
         if (count != 0) {
             path.appendIndex(element);
         }
-        if (areRelated(path.view(), wanted)) {
+        if (leadsToWanted()) {
             visit(static_cast<int32_t>(element));
         }
         path.cut(length);
@@ -86,8 +89,10 @@ void forEachValue(Path &path, const RowView &row, const Root &root, int32_t offs
     const bool isText = shape.kind == Kind::text;
     path.append(row.label);
     forEachElement(path, isText ? 0 : shape.count, wanted, [&](int32_t element) {
-        visit(Field{path.view(), root.section, offset + shape.offset + element * shape.size,
-                    isText ? shape.count : shape.size, shape.kind});
+        if (isIn(wanted, path.view())) {
+            visit(Field{path.view(), root.section, offset + shape.offset + element * shape.size,
+                        isText ? shape.count : shape.size, shape.kind});
+        }
     });
     path.cut(length);
 }
@@ -126,10 +131,8 @@ template <typename Visit> void forEachField(std::string_view wanted, const Visit
                 if (!record.group.empty()) {
                     path.append(record.group);
                 }
-                if (areRelated(path.view(), wanted)) {
-                    forEachFieldOfRecord(path, record.fields(), root,
-                                         record.offset + element * record.stride, wanted, visit);
-                }
+                forEachFieldOfRecord(path, record.fields(), root,
+                                     record.offset + element * record.stride, wanted, visit);
                 path.cut(length);
             }
         });
@@ -139,11 +142,7 @@ template <typename Visit> void forEachField(std::string_view wanted, const Visit
 // How many fields a path names; says so on standard error if there are none.
 size_t countFields(std::string_view path);
 
-// Whether the wizard may write a field, and up to which bound.
-struct WriteBound {
-    bool isWritable;
-    // The greatest value of an integer, the wizard's or the greatest that the field's bytes hold;
-    // the least is 0. A double goes from -maxDouble to maxDouble.
-    uint32_t max;
-};
-WriteBound writeBoundOf(const Field &field);
+// The greatest value of an integer field that the wizard may write: the wizard's bound, or what the
+// field's bytes hold if that is less; the least is 0. Of a double, which goes from -maxDouble to
+// maxDouble, it says nothing. Empty if the wizard may not write the field.
+std::optional<uint32_t> writeBoundOf(const Field &field);

@@ -3,6 +3,7 @@
 #include "companion/values.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -33,9 +34,9 @@ class Document {
         char closing;
     };
 
-    // Whether a path that differs from the last one from `differing` on has a member of this level.
-    static bool isIn(const Level &level, size_t differing) {
-        // Members of an array all begin with a bracket, so that those differ behind it.
+    // Whether a path that is like the last one up to `differing` has a member of this level: of an
+    // array that takes the opening bracket, of an object not one character.
+    static bool isMemberOf(const Level &level, size_t differing) {
         return level.closing == ']' ? level.start < differing : level.start <= differing;
     }
     // Opens the object or array of the word at `start`, and begins that word's line.
@@ -88,7 +89,7 @@ void Document::beginField(std::string_view path) {
     } else {
         const char *differing =
             std::mismatch(path.begin(), path.end(), lastPath, lastPath + lastLength).first;
-        while (!isIn(levels[depth - 1], static_cast<size_t>(differing - path.begin()))) {
+        while (!isMemberOf(levels[depth - 1], static_cast<size_t>(differing - path.begin()))) {
             close();
         }
         out.put(',');

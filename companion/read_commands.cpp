@@ -17,15 +17,15 @@ int listFields(Words arguments) {
         out.putSigned(field.section.id);
         out.put('\t');
         out.putSigned(field.offset);
-        const WriteBound bound = writeBoundOf(field);
-        if (bound.isWritable && field.type == Kind::f64) {
+        const std::optional<uint32_t> bound = writeBoundOf(field);
+        if (bound && field.type == Kind::f64) {
             out.put('\t');
             out.putGeneral(-maxDouble);
             out.put("..");
             out.putGeneral(maxDouble);
-        } else if (bound.isWritable) {
+        } else if (bound) {
             out.put("\t0..");
-            out.putUnsigned(bound.max);
+            out.putUnsigned(*bound);
         }
         out.put('\n');
     });

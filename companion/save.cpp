@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +23,7 @@ static bool writeAll(int file, const uint8_t *bytes, size_t size) {
 // Writes a file that is on its medium when it gets its name. Returns 0 or an errno value; then
 // there is no file, or still the one that was there.
 static int writeFile(const char *path, const char *temporary, const uint8_t *bytes, size_t size) {
+    unlink(temporary); // of a run that was ended
     const int file = open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file < 0) {
         return errno;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <sys/types.h>
 
 namespace {
@@ -24,26 +25,29 @@ struct Assignment {
     uint8_t bytes[maxValueSize];
 };
 
-// Reads standard input to its end, without the last line's. Returns null, and says why on standard
-// error, if there is nothing or it is no text.
-Memory<char> readInput() {
+// Reads standard input to its end, without the last line's. Says on standard error what is wrong
+// with it, and returns the exit status of that.
+ExitStatus readInput(Memory<char> &input) {
     char *text = nullptr;
     size_t allocated = 0;
     errno = 0;
     const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
-    Memory<char> input(text);
+    input.reset(text);
+    if (length <= 0 && errno != 0) {
+        fprintf(stderr, "orbelstatctl: standard input: %s\n", strerror(errno));
+        return failed;
+    }
     if (length <= 0) {
-        fprintf(stderr, "orbelstatctl: standard input: %s\n",
-                errno != 0 ? strerror(errno) : "nothing to set");
-        return nullptr;
+        fprintf(stderr, "orbelstatctl: standard input: nothing to set\n");
+        return refused;
     }
     char &last = text[length - 1];
     if (last == '\0') {
         fprintf(stderr, "orbelstatctl: standard input: a NUL byte\n");
-        return nullptr;
+        return refused;
     }
     last = last == '\n' ? '\0' : last;
-    return input;
+    return succeeded;
 }
 
 // Takes PATH=VALUE apart. Returns null, or what is wrong with it.
@@ -57,15 +61,15 @@ const char *parseAssignment(const char *text, Assignment &assignment) {
         return wrong;
     }
     forEachField(path, [&](const Field &field) {
-        const WriteBound bound = writeBoundOf(field);
+        const std::optional<uint32_t> bound = writeBoundOf(field);
         if (field.path.size() != path.size()) {
             wrong = "names more than one field";
-        } else if (!bound.isWritable) {
+        } else if (!bound) {
             wrong = "may not be written";
         } else {
             assignment.field = field;
             assignment.field.path = path;
-            wrong = parseValue(field, bound.max, text + path.size() + 1, assignment.bytes);
+            wrong = parseValue(field, *bound, text + path.size() + 1, assignment.bytes);
         }
     });
     return wrong;
@@ -73,7 +77,7 @@ const char *parseAssignment(const char *text, Assignment &assignment) {
 
 // Writes the assignments in turn until one fails; `section` is a copy of the section and gets what
 // shared memory should hold afterwards. Returns how many were written.
-size_t write(std::span<const Assignment> assignments, uint8_t *section, bool isDryRun) {
+size_t writeAssignments(std::span<const Assignment> assignments, uint8_t *section, bool isDryRun) {
     TextBuffer out;
     size_t written = 0;
     for (const Assignment &assignment : assignments) {
@@ -128,9 +132,8 @@ int setFields(Words arguments) {
     size_t count = words.size();
     Memory<char> input;
     if (count == 1 && strcmp(words[0], "-") == 0) {
-        input = readInput();
-        if (!input) {
-            return refused;
+        if (const ExitStatus status = readInput(input); status != succeeded) {
+            return status;
         }
         count += static_cast<size_t>(std::count(input.get(), strchr(input.get(), '\0'), '\n'));
     }
@@ -158,7 +161,7 @@ int setFields(Words arguments) {
     if (section == nullptr) {
         return failed;
     }
-    const size_t written = write(assignments, section, isDryRun);
+    const size_t written = writeAssignments(assignments, section, isDryRun);
     const bool isDone = isDryRun || isReadBack(assignments.first(written), section);
     return isDone && written == count ? succeeded : failed;
 }

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 static std::string_view typeName(Kind type) {
     switch (type) {
@@ -59,30 +60,32 @@ static int cutZeros(char *text) {
 }
 
 // Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`
-// digits do for every number that can be written with so many, `most` for all.
+// digits do for every number that can be written with so many and is not below `normal`, `most` for
+// all.
 template <typename Number>
-static void putShortest(TextBuffer &out, Number value, int enough, int most,
+static void putShortest(TextBuffer &out, Number value, int enough, int most, Number normal,
                         Number (*read)(const char *, char **)) {
     const auto number = static_cast<double>(value);
     char plain[32];
-    char other[32];
-    int digits = enough;
+    char alternative[32];
+    int digits = std::fabs(value) < normal ? 1 : enough;
     int length = snprintf(plain, sizeof plain, "%.*g", digits, number);
     while (digits < most && read(plain, nullptr) != value) {
         length = snprintf(plain, sizeof plain, "%.*g", ++digits, number);
     }
     const double magnitude = std::fabs(number);
-    int otherLength = length;
+    int alternativeLength = length;
     if (strchr(plain, 'e') == nullptr) {
         if (length > 5) { // no number with an exponent is shorter, and inf and nan are left out
-            snprintf(other, sizeof other, "%.*e", digits - 1, number);
-            otherLength = cutZeros(other);
+            snprintf(alternative, sizeof alternative, "%.*e", digits - 1, number);
+            alternativeLength = cutZeros(alternative);
         }
     } else if (magnitude > 1 && magnitude < 1e20) { // a whole number, then
-        otherLength = snprintf(other, sizeof other, "%.0f", number);
+        alternativeLength = snprintf(alternative, sizeof alternative, "%.0f", number);
     }
-    out.put(otherLength < length ? std::string_view(other, static_cast<size_t>(otherLength))
-                                 : std::string_view(plain, static_cast<size_t>(length)));
+    out.put(alternativeLength < length
+                ? std::string_view(alternative, static_cast<size_t>(alternativeLength))
+                : std::string_view(plain, static_cast<size_t>(length)));
 }
 
 static std::string_view textOf(const Field &field, const uint8_t *section) {
@@ -103,10 +106,10 @@ void putValue(TextBuffer &out, const Field &field, const uint8_t *section) {
         out.putSigned(load<int16_t>(at));
         break;
     case Kind::f32:
-        putShortest(out, load<float>(at), FLT_DIG, FLT_DECIMAL_DIG, strtof);
+        putShortest(out, load<float>(at), FLT_DIG, FLT_DECIMAL_DIG, FLT_MIN, strtof);
         break;
     case Kind::f64:
-        putShortest(out, load<double>(at), DBL_DIG, DBL_DECIMAL_DIG, strtod);
+        putShortest(out, load<double>(at), DBL_DIG, DBL_DECIMAL_DIG, DBL_MIN, strtod);
         break;
     case Kind::text:
         out.put(textOf(field, section));

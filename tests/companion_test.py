@@ -185,7 +185,7 @@ class Companion(unittest.TestCase):
                     "upm.policies[3].state=0x1", "upm.policies[3].state=-1",
                     "upm.policies[3].policyPowerLimit=99999999999999999999",
                     "upm.cpuPwrThermal.dimmPwr[0]=inf", "upm.cpuPwrThermal.dimmPwr[0]= 1",
-                    "upm.cpuPwrThermal.dimmPwr[0]=1e400", "upm.cpuPwrThermal.dimmPwr[0]=1x", "upm.cpuPwrThermal.dimmPwr[0]="):
+                    "upm.cpuPwrThermal.dimmPwr[0]=1e400", "upm.cpuPwrThermal.dimmPwr[0]=1x", "upm.cpuPwrThermal.dimmPwr[0]=", "upm.policies[3].state.=1"):
             with self.subTest(bad):
                 _, err, calls = self.ctl("set", good, bad, status=2)
                 self.assertEqual(calls, [])
@@ -193,6 +193,7 @@ class Companion(unittest.TestCase):
         for text in ("", "\n", good + "\0\n", good + "\n\n" + good):
             self.assertEqual(self.ctl("set", "-", stdin=text, status=2)[2], [], text)
         self.assertEqual(self.ctl("set", "-", shell="exec <&-;", status=2)[2], [])
+        self.assertEqual(self.ctl("set", "-", shell="exec </;", status=1)[2], [])
 
     def test_set_takes_back_what_get_printed(self):
         self.poke(6, 28917, b"\1\0\0\0\0\0\0\0")  # the least number that there is
@@ -241,6 +242,9 @@ class Companion(unittest.TestCase):
 
     def test_wrong_usage_and_lost_output(self):
         for words in ([], ["frobnicate"], ["get"], ["get", "psu[12]"], ["get", ""], ["get", "glob"],
+                      ["get", "upm.timestamp."], ["get", "upm.timestamp[0]"], ["get", "upm."],
+                      ["get", "psu[3].psuBus.deviceName[0]"], ["json", "config.peakHeadroom.x"],
+                      ["list", "upm.timestamp.x"],
                       ["get", "config.instHeadroom", "x"], ["list", "x"], ["list", "psu", "psu"],
                       ["json", "psu[0].x"], ["save"], ["set"], ["set", "--dry-run"], ["--help", "x"]):
             out, _, calls = self.ctl(*words, status=2)

@@ -48,8 +48,8 @@ bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_
 // prints that failure's message and returns null.
 SectionBuffer readWholeSection(Section section, MessageEnd end);
 
-// Writes `length` bytes to byte `offset` of the section, unchecked: see writeUpmBlock, the only
-// caller. Returns 0, or the library's error code. Prints nothing.
+// Writes `length` bytes to byte `offset` of the section, whatever lies there. Returns 0, or the
+// library's error code. Prints nothing.
 int writeSection(Section section, int32_t offset, const void *bytes, int32_t length);
 
 // The platform's name for policy 0..15, NUL-terminated, owned by the platform; "(null)" if it has

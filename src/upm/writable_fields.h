@@ -1,9 +1,11 @@
 // What may be written to the UPM data block, field by field, and up to which bound.
 #pragma once
 
+#include "sections/rows/table.h"
 #include "upm/block.h"
 
 #include <algorithm>
+#include <optional>
 
 // An integer field takes whole numbers from 0 to `max`. That may be more than a field of two bytes
 // holds; how its low bytes are written is its editor's business. A double takes numbers from
@@ -90,6 +92,10 @@ inline constexpr auto boundsOf = [] {
                    [](const WritableField &field) { return field.max; });
     return column;
 }();
+
+// The bound of the field whose bytes, or those of one of its elements, begin at `offset` of the
+// block; nothing if no field that may be written does.
+std::optional<uint32_t> writeBoundAt(size_t offset);
 
 consteval bool allMembersHaveRows() {
     size_t end = 0;

@@ -1,4 +1,4 @@
-// The walker: prints a table of rows from a record's bytes.
+// Prints a table of rows from a record's bytes.
 #pragma once
 
 #include "sections/rows/table.h"
