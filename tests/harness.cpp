@@ -1,5 +1,7 @@
 #include "harness.h"
 
+#include "companion/fields.h"
+
 #include "shm/shm.h"
 
 #include <algorithm>
@@ -14,6 +16,7 @@
 #include <iomanip>
 #include <iterator>
 #include <pty.h>
+#include <regex>
 #include <sstream>
 #include <sys/wait.h>
 #include <termios.h>
@@ -95,23 +98,17 @@ void Machine::fillWithPattern() {
         }
         poke(section.id, 0, bytes);
     }
-    const struct {
-        int section;
-        size_t start, count, size;
-    } realNumbers[] = {{6, 142, 1, 4},  {6, 1475, 3, 4},  {6, 1497, 7, 4},
-                       {6, 1529, 9, 4}, {6, 28917, 8, 8}, {7, 400, 7, 4},
-                       {7, 784, 6, 4},  {8, 0, 1, 4},     {8, 40, 1, 4}};
-    for (const auto &run : realNumbers) {
-        const Bytes random = contents(run.section);
-        for (size_t at = run.start; at < run.start + run.count * run.size; at += run.size) {
+    forEachField("", [&](const Field &field) {
+        if (field.type == Kind::f32 || field.type == Kind::f64) {
+            const auto start = static_cast<size_t>(field.offset);
             int32_t bits = 0;
-            memcpy(&bits, random.data() + at, sizeof bits);
+            memcpy(&bits, contents(field.section.id).data() + start, sizeof bits);
             const float number = static_cast<float>(bits >> 8) / 4096;
-            poke(run.section, at,
-                 run.size == 4 ? word(std::bit_cast<uint32_t>(number), 4)
-                               : word(std::bit_cast<uint64_t>(double{number}), 8));
+            poke(field.section.id, start,
+                 field.type == Kind::f32 ? word(std::bit_cast<uint32_t>(number), 4)
+                                         : word(std::bit_cast<uint64_t>(double{number}), 8));
         }
-    }
+    });
     poke(6, 30269, word(1700000000007, 8)); // the UPM timestamp
 }
 
@@ -263,6 +260,11 @@ Bytes word(uint64_t value, size_t size) {
         bytes[i] = static_cast<uint8_t>(value >> (8 * i));
     }
     return bytes;
+}
+
+bool isOfPolicyField(const std::string &line) {
+    static const std::regex field(" +[^ ]*\\([0-9]+\\)\\..*\n");
+    return std::regex_match(line, field);
 }
 
 int countOf(const std::string &text, const std::string &piece) {

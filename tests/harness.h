@@ -65,6 +65,8 @@ bool isSanitized();
 Bytes word(uint64_t value, size_t size);
 
 std::vector<std::string> linesOf(const std::string &text); // each with its end
+// Whether a line of a report shows a field of a policy.
+bool isOfPolicyField(const std::string &line);
 int countOf(const std::string &text, const std::string &piece);
 // The text with a name in place of each occurrence of a piece of it.
 std::string naming(const std::string &piece, const std::string &name, std::string text);

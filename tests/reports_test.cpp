@@ -81,8 +81,10 @@ TEST(Reports, MatchTheirGoldens) {
     for (const Report &report : allReports) {
         const Outcome outcome = machine.run(report.arguments);
         ASSERT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), report.lines)
-            << report.golden;
-        expectGolden(report.golden, shortened(outcome.out, report));
+            << report.arguments.back();
+        if (report.golden != nullptr) {
+            expectGolden(report.golden, shortened(outcome.out, report));
+        }
         EXPECT_EQ(outcome.status, 0);
     }
 }
@@ -93,6 +95,9 @@ TEST(Reports, KeepTheSign) {
     machine.fill(0xFF);
     std::string negative;
     for (const Report &report : allReports) {
+        if (report.golden == nullptr) {
+            continue; // others show its signs
+        }
         for (const std::string &line :
              linesOf(shortened(machine.run(report.arguments).out, report))) {
             negative += line.ends_with(" -1\n") ? line : "";

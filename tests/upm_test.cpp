@@ -27,6 +27,30 @@ TEST(Upm, AsksForThePolicyNameOnEveryLine) {
     EXPECT_EQ(machine.run({"-u"}).only("name"), names);
 }
 
+TEST(Upm, ShowsAllPoliciesAsOneByOne) {
+    Machine machine;
+    machine.fillWithPattern();
+    const std::string separator = std::string(42, '>') + std::string(41, '<') + "\n";
+    std::string all;
+    for (int policy = 0; policy < 16; ++policy) {
+        const std::string one = machine.run({"-u", "-p", std::to_string(policy)}).out;
+        const size_t fields = one.rfind("---\n") + 4;
+        all += policy == 0 ? one.substr(0, fields) : "";
+        all += separator + one.substr(fields) + separator;
+    }
+    EXPECT_EQ(machine.run({"-u", "-p", "-a"}).out, all);
+}
+
+TEST(Upm, PrintsAPolicyNameOfAnyLength) {
+    Machine machine;
+    machine.environment["POLICY_NAME"] = std::string(300, 'N');
+    EXPECT_NE(
+        machine.run({"-u", "-p", "4"}).out.find("\n " + std::string(300, 'N') + "-4(4).state"),
+        std::string::npos);
+    machine.environment["POLICY_NAME"] = ""; // none
+    EXPECT_NE(machine.run({"-u", "-p", "4"}).out.find("\n (null)(4).state"), std::string::npos);
+}
+
 TEST(Upm, NamesPowerDomains) {
     Machine machine;
     const std::pair<uint16_t, std::string> cases[] = {
