@@ -1,5 +1,8 @@
 #include "demo_data.h"
 #include "demo_values.h"
+#include "sections/global_section.h"
+#include "sections/power_config.h"
+#include "sections/psu_info.h"
 
 #include <cstring>
 
@@ -61,8 +64,6 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.inputOCW[1] = 6.75F;
     unit.psuShareMargin = 0.05F;
 }
-
-} // namespace
 
 void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     auto &info = record.sPowerInfoPWR;
@@ -158,4 +159,24 @@ void fillPowerConfig(sTolmAbsPowerConfigClr &record) {
     record.cumulativePower = 19342;
     record.cumulativePowerStartTime = static_cast<int32_t>(secondsAgo(2592000));
     record.cumulativeStartEnergy = 1024.75F;
+}
+
+} // namespace
+
+std::span<const DemoSection> demoSections() {
+    static sPwrIpmiGlobalSec1 globalSection;
+    static sPSUInfoSection psuInfo;
+    static sTolmAbsPowerReporting powerReporting;
+    static sTolmAbsPowerConfigClr powerConfig;
+    fillGlobalSection(globalSection);
+    fillPsuInfo(psuInfo);
+    fillPowerReporting(powerReporting);
+    fillPowerConfig(powerConfig);
+    static constexpr DemoSection sections[] = {
+        {globalPowerSection, &globalSection, sizeof globalSection},
+        {psuInfoSection, &psuInfo, sizeof psuInfo},
+        {powerReportingSection, &powerReporting, sizeof powerReporting},
+        {powerConfigSection, &powerConfig, sizeof powerConfig},
+    };
+    return sections;
 }

@@ -3,14 +3,21 @@
 // function fills in a record of zeros whatever is not zero in such a system.
 #pragma once
 
-#include "sections/global_section.h"
-#include "sections/power_config.h"
 #include "sections/power_reporting.h"
-#include "sections/psu_info.h"
+#include "shm/shm.h"
 #include "upm/block.h"
 
-void fillGlobalSection(sPwrIpmiGlobalSec1 &record);
-void fillPsuInfo(sPSUInfoSection &section);
+#include <span>
+
+// One section's demo data.
+struct DemoSection {
+    Section section;
+    const void *bytes;
+    size_t size;
+};
+
+// All sections, filled now.
+std::span<const DemoSection> demoSections();
+
 void fillPowerReporting(sTolmAbsPowerReporting &record);
 void fillUpmBlock(sUpmBlock &block);
-void fillPowerConfig(sTolmAbsPowerConfigClr &record);

@@ -14,13 +14,6 @@
 static constexpr int failedStatus = 1;
 static constexpr int existedStatus = 2;
 
-// One section's demo data.
-struct DemoSection {
-    Section section;
-    const void *bytes;
-    size_t size;
-};
-
 static int fail(const char *path, int error) {
     printf("%s: %s\n", path, strerror(error));
     return failedStatus;
@@ -117,27 +110,13 @@ int main(int argc, char **argv) {
             argv[0]);
         return failedStatus;
     }
-    static sPwrIpmiGlobalSec1 globalSection;
-    static sPSUInfoSection psuInfo;
-    static sTolmAbsPowerReporting powerReporting;
-    static sTolmAbsPowerConfigClr powerConfig;
-    const DemoSection sections[] = {
-        {globalPowerSection, &globalSection, sizeof globalSection},
-        {psuInfoSection, &psuInfo, sizeof psuInfo},
-        {powerReportingSection, &powerReporting, sizeof powerReporting},
-        {powerConfigSection, &powerConfig, sizeof powerConfig},
-    };
     if (!check) {
-        fillGlobalSection(globalSection);
-        fillPsuInfo(psuInfo);
-        fillPowerReporting(powerReporting);
-        fillPowerConfig(powerConfig);
         // Where the umask lets others make sections here, none can take away another's. If this
         // fails, so does every section, and says why.
         mkdir(sectionFolder(), S_ISVTX | 0777);
     }
     int outcome = 0;
-    for (const DemoSection &demo : sections) {
+    for (const DemoSection &demo : demoSections()) {
         const int status = check ? checkSection(demo) : writeSection(demo, force);
         outcome = outcome == failedStatus || status == 0 ? outcome : status;
     }

@@ -3,9 +3,9 @@
 show. The argument is the folder of the build."""
 import json, os, random, re, struct, subprocess, sys, tempfile, unittest
 
-BUILD = os.path.abspath(os.environ.get("ORBEL_TEST_BUILD") or sys.argv.pop(1))
+BUILD = os.path.abspath(os.environ.get("ORBEL_TEST_BUILD", sys.argv[1]))
+del sys.argv[1:]
 EMULATOR = os.environ.get("ORBEL_TEST_EMULATOR", "").split()
-REPORTS = {39: ["-d"], 7: ["-e"], 8: ["-c"], 6: ["-r", "-u", "-u -p -c", "-u -p -a"]}
 CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I",
          "float": "f", "double": "d"}
 
@@ -18,6 +18,7 @@ class Companion(unittest.TestCase):
         self.folder = folder.name
         self.run_program("tolmfill", "--force")
         self.fields = [row.split("\t") for row in self.ctl("list")[0].splitlines()]
+        self.sections = sorted({int(row[2]) for row in self.fields})
 
     def run_program(self, program, *words, stdin="", shell="", **environment):
         settings = {"TOLM_SHM_DIR": self.folder, "TZ": "UTC", "RECORD": self.folder + "/calls",
@@ -58,11 +59,24 @@ class Companion(unittest.TestCase):
             file.seek(offset)
             file.write(data)
 
-    def shown(self, section):
-        """All that the reports show of a section, and what json does."""
-        reports = [self.run_program("orbelstatprobe", *options.split())[0]
-                   for options in REPORTS[section]]
-        return reports, self.ctl("json")[0]
+    def reports_by_section(self):
+        """The options of the reports, by the section that each reads."""
+        usage = self.run_program("orbelstatprobe", "-h")[0]
+        reports = {section: [] for section in self.sections}
+        for options in re.findall("^ +orbelstatprobe (-[^hw].*?)(?:  .*)?$", usage, re.M):
+            calls = self.folder + "/report-calls"
+            words = options.replace("<index>", "3").split()
+            self.run_program("orbelstatprobe", *words, RECORD=calls)
+            if os.path.exists(calls):
+                with open(calls) as file:
+                    reports[int(file.read().split()[1])].append(words)
+                os.remove(calls)
+        return reports
+
+    def shown(self, reports):
+        """All that these reports show, and what json does."""
+        return ([self.run_program("orbelstatprobe", *words)[0] for words in reports],
+                self.ctl("json")[0])
 
     def size(self, kind):
         return int(kind[5:-1]) if kind.startswith("char") else struct.calcsize("<" + CODES[kind])
@@ -75,17 +89,18 @@ class Companion(unittest.TestCase):
         return bytes([old[0] ^ 1, *old[1:-1], old[-1] ^ 0x10][:len(old)])
 
     def test_fields_are_those_that_the_reports_show(self):
-        covered = {section: set() for section in REPORTS}
+        covered = {section: set() for section in self.sections}
+        reports_of = self.reports_by_section()
         for _, kind, section, offset, *_ in self.fields:
             covered[int(section)].update(range(int(offset), int(offset) + self.size(kind)))
         for section, positions in covered.items():
-            before = self.shown(section)
+            before = self.shown(reports_of[section])
             hidden = sorted(set(range(len(self.section(section)))) - positions)
             for offset in self.random.sample(hidden, min(6, len(hidden))):
                 with self.subTest(section=section, hidden=offset):
                     old = self.section(section)[offset]
                     self.poke(section, offset, bytes([old ^ 0xFF]))
-                    self.assertEqual(self.shown(section), before)
+                    self.assertEqual(self.shown(reports_of[section]), before)
                     self.poke(section, offset, bytes([old]))
             rows = [row for row in self.fields if int(row[2]) == section
                     and not re.search("PowerOnReqPSyS", row[0])]  # which only has an offset
@@ -94,16 +109,16 @@ class Companion(unittest.TestCase):
                     for unit in range(12):
                         self.poke(7, 816 * unit + 9, bytes([1 if "VinDC" in path else 2]))
                 with self.subTest(path=path):
-                    reports, document = self.shown(section)
+                    reports, document = self.shown(reports_of[section])
                     old = self.section(section)[int(offset):][:self.size(kind)]
                     self.poke(section, int(offset), self.other_value(kind, old))
-                    changed, changed_document = self.shown(section)
+                    changed, changed_document = self.shown(reports_of[section])
                     self.assertNotEqual(changed, reports)
                     self.assertNotEqual(changed_document, document)
                     self.poke(section, int(offset), old)
 
     def test_list_get_and_json_tell_the_same(self):
-        for section in REPORTS:  # any bits: numbers that are none, texts without end
+        for section in self.sections:  # any bits: numbers that are none, texts without end
             data = bytearray(self.random.randbytes(len(self.section(section))))
             self.poke(section, 0, bytes(data))
         self.poke(7, 9792 + 3, b'"\\\x01\x7f\xff\n\t\0after')
@@ -120,7 +135,8 @@ class Companion(unittest.TestCase):
         collect("", document)
         self.assertEqual(list(values), [path for path, *_ in self.fields])
         self.assertEqual(values["psu[0].psuBus.deviceName"], '"\\\x01\x7f\xff\n\t')
-        lines = self.ctl("get", "global", "psu", "reporting", "upm", "config")[0]
+        roots = dict.fromkeys(re.match(r"\w+", path)[0] for path, *_ in self.fields)
+        lines = self.ctl("get", *roots)[0]
         for path, kind, section, offset, *_ in self.fields:
             data = self.section(int(section))[int(offset):][:self.size(kind)]
             start = lines.index(path + "=") + len(path) + 1
@@ -154,8 +170,12 @@ class Companion(unittest.TestCase):
     def writable(self):
         """One element of every field that may be written, with its bounds."""
         rows = [row for row in self.fields if len(row) == 5]
-        self.assertEqual(len(rows), 16 * 30 + 5 * 4 + 2 + 5 * 4)
-        return list({re.sub(r"\d+", "", row[0]): row for row in rows}.values())
+        with open(os.path.dirname(__file__) + "/golden/wizard-bounds.txt") as file:
+            by_wizard = re.findall(r"write 6 (\d+) (\d+): ", file.read())
+        self.assertLessEqual(set(by_wizard), {(row[3], str(self.size(row[1]))) for row in rows})
+        rows = list({re.sub(r"\[\d+\]", "", row[0]): row for row in rows}.values())
+        self.assertEqual(len(rows), len(by_wizard))
+        return rows
 
     def test_set_writes_up_to_every_bound_and_refuses_what_is_beyond(self):
         calls, at_bound, beyond = [], "", ""
@@ -221,7 +241,7 @@ class Companion(unittest.TestCase):
     def test_save_makes_files_that_the_stand_in_reads(self):
         folder = self.folder + "/saved"
         out = self.ctl("save", folder)[0]
-        for section in REPORTS:
+        for section in self.sections:
             data = self.section(section)
             self.assertEqual(self.section(section, folder), data)
             self.assertIn(f"{folder}/section-{section}: {len(data)} bytes\n", out)
@@ -229,13 +249,13 @@ class Companion(unittest.TestCase):
         err = self.ctl("save", folder, status=1, FAIL_READ="1:-7")[1]
         self.assertIn("section 6: cannot be read, error -7", err)
         self.assertEqual(self.section(8, folder), self.section(8))
-        self.assertEqual(sorted(os.listdir(folder)), sorted(f"section-{n}" for n in REPORTS))
+        self.assertEqual(sorted(os.listdir(folder)), sorted(f"section-{n}" for n in self.sections))
         full = "trap '' XFSZ; ulimit -f 40;"
         self.assertIn("section-6: File too large\n", self.ctl("save", folder, status=1, shell=full)[1])
         os.mkdir(folder + "/new")
         os.mkdir(folder + "/new/section-8")
         self.assertIn("section-8: Is a dir", self.ctl("save", folder + "/new", status=1)[1])
-        self.assertEqual(sorted(os.listdir(folder + "/new")), sorted(f"section-{n}" for n in REPORTS))
+        self.assertEqual(sorted(os.listdir(folder + "/new")), sorted(f"section-{n}" for n in self.sections))
         self.ctl("save", "./" * 2044, status=1)
         self.ctl("save", self.folder + "/section-8", status=1)
         self.ctl("save", self.folder + "/no/folder", status=1)

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Types command lines and Tab into a real bash and a real zsh and compares what they offer."""
-import os, pathlib, pty, re, select, shutil, signal, sys, tempfile
+import os, pathlib, pty, re, select, shutil, signal, subprocess, sys, tempfile
 
 docs = pathlib.Path(__file__).resolve().parent.parent / "docs"
-options, policies = "-c -d -e -h -i -l -o -r -u -w", " ".join(map(str, range(16)))
+usage = subprocess.getoutput(sys.argv[1] + "/orbelstatprobe -h")
+options = " ".join(sorted({"-h", "-i", "-l", *re.findall("orbelstatprobe (-[a-z])", usage)}))
+policies = " ".join(map(str, range(16)))
 offers = {  # behind "orbelstatprobe "; the current folder holds file-1
     "": options, "-": options, "-d ": options, "-l ": "", "-l 5 ": options, "-l5 ": options,
     "-i -u ": options, "-- ": "", "-u ": "-h -p -t", "-du ": "-h -p -t", "-u -h ": "", "-u -t ": "",

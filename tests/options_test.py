@@ -8,7 +8,8 @@ usage = subprocess.getoutput(f"{emulator} {build}/orbelstatprobe -h")
 options = re.findall("^ +orbelstatprobe (-.+?)(?:  .*)?$", usage, re.M)
 options.remove("-w")  # the heading of the writes, which must be there
 os.chdir(pathlib.Path(__file__).resolve().parent.parent)
-synopsis = open("docs/orbelstatprobe.1").read().split(".Sh ")[2].replace("Fl ", "")
+manual = open("docs/orbelstatprobe.1").read()
+synopsis = manual.split(".Sh ")[2].replace("Fl ", "")
 synopsis = re.sub(r"Ar \w+|Cm 0 \| 1", "1", synopsis)
 readme = open("README.md").read()
 measured = re.search("for options in (.*); do", open("scripts/bench").read())[1]
@@ -30,6 +31,13 @@ for option in options:
         missing.append(f"{option} in README's table")
     if typed not in measured and not typed.startswith("-w"):
         missing.append(f"{option} in scripts/bench")
+    if re.fullmatch("-[^w]", option):
+        if f"\n.It Fl {option[1]}\n" not in manual:
+            missing.append(f"{option} in the manual's list")
+        if f"`{option}`" not in re.search("in the order(.*?)\\.", readme, re.S)[1]:
+            missing.append(f"{option} in README's order")
+        if option != "-o" and not re.search(rf"^\| .*\| `section.*`{option}`", readme, re.M):
+            missing.append(f"{option} in README's sections")
     words = ["orbelstatprobe", *typed.split()]
     for shell in filter(shutil.which, offering):
         for last in range(1, len(words)):
