@@ -1,5 +1,5 @@
-// The members that a table's rows show, for whoever looks a field up by its path. A report may show a
-// member twice, in two views for instance, and not in the order of the record: here each is there
+// The members that a table's rows show, for whoever looks a field up by its path. A report may show
+// a member twice, in two views for instance, and not in the order of the record: here each is there
 // once and in its place.
 #pragma once
 
