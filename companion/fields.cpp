@@ -98,6 +98,6 @@ std::optional<uint32_t> writeBoundOf(const Field &field) {
     if (field.section.id != powerReportingSection.id || field.offset < start) {
         return std::nullopt;
     }
-    const std::optional<uint32_t> bound = writeBoundAt(static_cast<size_t>(field.offset - start));
-    return bound ? std::min(*bound, greatestOf(field.type)) : bound;
+    const auto value = writableValueAt(static_cast<size_t>(field.offset - start));
+    return value ? std::optional(std::min(value->max, greatestOf(field.type))) : std::nullopt;
 }

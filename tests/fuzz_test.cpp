@@ -75,29 +75,14 @@ extern "C" int Tolm_shm_memread(int32_t id, uint8_t *bytes, int32_t offset, int3
     return copy(bytes, contents + offset, length);
 }
 
-// Whether the bytes are a value of a field, from whose record's start the offset counts.
-static bool isOfField(std::span<const WritableField> fields, size_t offset,
-                      std::span<const uint8_t> bytes) {
-    return std::ranges::any_of(fields, [=](const WritableField &field) {
-        const RowShape &shape = field.row.shape;
-        const size_t distance = offset - shape.offset;
-        uint64_t value = 0;
-        memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
-        return bytes.size() == shape.size && distance % shape.size == 0 &&
-               distance / shape.size < std::max<size_t>(shape.count, 1) &&
-               (value <= field.max || shape.kind == Kind::f64);
-    });
-}
-
 extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offset, int32_t length) {
     const size_t start = static_cast<size_t>(offset) - upmBlockOffset;
-    const size_t inPolicies = start - policyOffset(0);
-    const std::span value(bytes, static_cast<size_t>(length));
+    const auto field = writableValueAt(start);
+    uint64_t value = 0;
+    memcpy(&value, bytes, std::min<size_t>(static_cast<size_t>(length), sizeof value));
     assert(id == powerReportingSection.id);
     assert((start == policyDataOffset && length == policyDataSize) ||
-           isOfField(limitAndThermalFields, start, value) ||
-           (inPolicies < sizeof(sUpmBlock::policies) &&
-            isOfField(policyFields, inPolicies % sizeof(sPolicy), value)));
+           (field && length == field->size && (value <= field->max || length == sizeof(double))));
     return copy(contents + offset, bytes, length);
 }
 

@@ -1,4 +1,4 @@
-// The stand-in: its shared-memory library, tolmfill, and the demo data.
+// The stand-in: its shared-memory library and tolmfill.
 #include "harness.h"
 
 #include <algorithm>
@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -166,51 +165,4 @@ TEST(StandIn, ChecksThatSectionsAreThereAndOfTheirSize) {
     EXPECT_EQ(tolmfill("TOLM_SHM_DIR=", "--check", out),
               tolmfill("env -u TOLM_SHM_DIR", "--check", usual));
     EXPECT_EQ(out, usual); // empty is unset
-}
-
-// What the wizard may write, it accepts as the demo data have it, and then nothing has changed.
-TEST(StandIn, FillsInWhatTheWizardAccepts) {
-    const std::vector<std::string> wizard{"-w", "-u", "-m"};
-    Machine machine;
-    ASSERT_EQ(tolmfill(machine, "--force"), 0);
-    const Bytes filled = machine.contents(6);
-    const auto expectAccepted = [&](const std::string &typed, size_t values) {
-        EXPECT_GT(values, 0U);
-        EXPECT_EQ(machine.runOnTerminal(wizard, typed).only("write").size(), values) << typed;
-        EXPECT_EQ(machine.contents(6), filled) << typed;
-    };
-    for (int policy = 0; policy < 16; ++policy) {
-        const std::string number = std::to_string(policy);
-        std::istringstream report(machine.run({"-u", "-p", number}).out);
-        std::string typed = "3\n" + number + "\n";
-        size_t field = 0;
-        for (std::string line; std::getline(report, line);) {
-            if (line.find("(" + number + ").") != std::string::npos) {
-                const std::string value = line.substr(line.find("- ") + 2);
-                typed += std::to_string(++field) + "\n" + value.substr(0, value.find(' ')) + "\n";
-            }
-        }
-        expectAccepted(typed, field);
-    }
-    // The other two groups' previews show a CPU's values in the order in which they are asked for.
-    for (const std::string group : {"1", "2"}) {
-        std::istringstream preview(machine.runOnTerminal(wizard, group + "\n").out);
-        std::string typed = group + "\n";
-        size_t values = 0;
-        for (std::string line; std::getline(preview, line);) {
-            const bool isSystem = line.starts_with("sysPL1=");
-            if (!isSystem && !line.starts_with("cpu[")) {
-                continue;
-            }
-            typed += isSystem ? "2\n" : (group == "1" ? "1\n" : "") + line.substr(4, 1) + "\n";
-            std::istringstream words(line);
-            for (std::string word; words >> word;) {
-                if (const size_t equals = word.find('='); equals != std::string::npos) {
-                    typed += "y\n" + word.substr(equals + 1) + "\n";
-                    ++values;
-                }
-            }
-        }
-        expectAccepted(typed, values);
-    }
 }

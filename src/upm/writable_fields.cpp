@@ -2,24 +2,24 @@
 
 #include <span>
 
-static std::optional<uint32_t> findBound(const Rows &fields, std::span<const uint32_t> bounds,
-                                         size_t offset) {
+static std::optional<WritableValue> findValue(const Rows &fields, std::span<const uint32_t> bounds,
+                                              size_t offset) {
     for (size_t i = 0; i < fields.size(); ++i) {
         const RowShape shape = fields[i].shape;
         const size_t distance = offset - shape.offset; // enormous before the field
         const size_t elements = std::max<size_t>(shape.count, 1);
         if (distance % shape.size == 0 && distance / shape.size < elements) {
-            return bounds[i];
+            return WritableValue{shape.size, bounds[i]};
         }
     }
     return std::nullopt;
 }
 
-std::optional<uint32_t> writeBoundAt(size_t offset) {
+std::optional<WritableValue> writableValueAt(size_t offset) {
     const size_t inPolicies = offset - policyOffset(0); // enormous before the policies
     if (inPolicies < sizeof(sUpmBlock::policies)) {
-        return findBound(tableOf<policyFields>(), boundsOf<policyFields>,
+        return findValue(tableOf<policyFields>(), boundsOf<policyFields>,
                          inPolicies % sizeof(sPolicy));
     }
-    return findBound(tableOf<limitAndThermalFields>(), boundsOf<limitAndThermalFields>, offset);
+    return findValue(tableOf<limitAndThermalFields>(), boundsOf<limitAndThermalFields>, offset);
 }

@@ -93,9 +93,14 @@ inline constexpr auto boundsOf = [] {
     return column;
 }();
 
-// The bound of the field whose bytes, or those of one of its elements, begin at `offset` of the
-// block; nothing if no field that may be written does.
-std::optional<uint32_t> writeBoundAt(size_t offset);
+// A value that may be written: its size in bytes, and its bound as above.
+struct WritableValue {
+    uint16_t size;
+    uint32_t max;
+};
+// The value whose bytes begin at `offset` of the block: a field or an element of one. Nothing if
+// none that may be written does.
+std::optional<WritableValue> writableValueAt(size_t offset);
 
 consteval bool allMembersHaveRows() {
     size_t end = 0;
