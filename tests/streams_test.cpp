@@ -20,15 +20,6 @@ TEST(StandardStreams, DoNotLeadIntoASection) {
     }
 }
 
-TEST(StandardStreams, KeepARunFromGoingOnWithout) {
-    Machine machine;
-    machine.redirections = ">&-";
-    machine.environment["NO_NULL"] = "1";
-    const Outcome outcome = machine.run({"-r"});
-    EXPECT_EQ(outcome.status, 74);
-    EXPECT_EQ(outcome.calls.size(), 0U);
-}
-
 TEST(StandardStreams, SayThatOutputIsLost) {
     const std::string lost = "orbelstatprobe: standard output: ";
     const std::string full = lost + "No space left on device\n";
