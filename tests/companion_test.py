@@ -133,8 +133,10 @@ class Companion(unittest.TestCase):
 
     def test_get_prints_one_value_bare_and_others_as_assignments(self):
         self.assertEqual(self.ctl("get", "upm.cpuPwrThermal.dimmPwr[1]")[0], "12.75\n")
-        self.poke("6", 28917, struct.pack("<d", 0.1))
-        self.assertEqual(self.ctl("get", "upm.cpuPwrThermal.dimmPwr[0]")[0], "0.1\n")
+        for number in 0.1, 5e-324, 1e9, 123456.789:
+            self.poke("6", 28917, struct.pack("<d", number))
+            text = self.ctl("get", "upm.cpuPwrThermal.dimmPwr[0]")[0]
+            self.assertEqual(text, {1e9: "1e+09"}.get(number, repr(number)) + "\n")
         self.assertEqual(self.ctl("get", "upm.policyState")[0].splitlines()[0],
                          "upm.policyState.policyUpdInx=8")
         self.assertEqual(self.ctl("get", "psu[3].psuBus.deviceName", "config.instHeadroom")[0],

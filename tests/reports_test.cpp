@@ -12,8 +12,6 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <random>
-#include <regex>
-#include <set>
 
 using Words = std::vector<std::string>;
 
@@ -156,23 +154,6 @@ TEST(Reports, SayWhyTheyFailed) {
         EXPECT_EQ(outcome.calls, Words{});
         EXPECT_EQ(outcome.status, 0);
     }
-}
-
-// No report that the usage text names is missing above.
-TEST(Reports, AreThoseOfTheUsageText) {
-    std::set<std::string> listed, named;
-    for (const Report &report : allReports) {
-        const Words &words = report.arguments;
-        listed.insert(std::accumulate(
-            words.begin(), words.end(), std::string(),
-            [](const std::string &all, const std::string &word) { return all + " " + word; }));
-    }
-    const std::string usage = naming("<index>", "7", golden("usage.txt"));
-    const std::regex form("orbelstatprobe(( -[a-vx-z]| 7)+)(  |\n)"); // not of -w
-    for (std::sregex_iterator at(usage.begin(), usage.end(), form), end; at != end; ++at) {
-        named.insert((*at)[1]);
-    }
-    EXPECT_EQ(listed, named);
 }
 
 TEST(PsuInfo, ShowsZerosForABusRecordThatFails) {
