@@ -30,10 +30,9 @@ struct Assignment {
 ExitStatus readInput(Memory<char> &input) {
     char *text = nullptr;
     size_t allocated = 0;
-    errno = 0;
     const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
     input.reset(text);
-    if (length <= 0 && errno != 0) {
+    if (ferror(stdin) != 0) {
         fprintf(stderr, "orbelstatctl: standard input: %s\n", strerror(errno));
         return failed;
     }
