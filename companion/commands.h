@@ -5,7 +5,7 @@
 
 enum ExitStatus {
     succeeded = 0,
-    failed = 1,  // a read, a write or a comparison
+    failed = 1,  // a read, a write or a comparison, or standard input
     refused = 2, // wrong usage, an unknown path or a value that is not taken; nothing was written
 };
 
