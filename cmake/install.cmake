@@ -113,11 +113,11 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONFLICTS ${other_package})
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "inspect and edit the power-management shared memory
 Prints the sections of a server management controller's power-management
 shared memory field by field, and edits policies, CPU power limits and thermal
-readings in it.")
+readings in it. orbelstatctl gives scripts the same fields by name.")
 if(TARGET tolmshm)
     set(PLATFORM_PACKAGES "orbelstatprobe-standin (= ${PROJECT_VERSION})")
-    string(APPEND CPACK_DEBIAN_PROGRAM_DESCRIPTION " This build runs with the
-stand-in for the platform's libraries.")
+    string(APPEND CPACK_DEBIAN_PROGRAM_DESCRIPTION "
+This build runs with the stand-in for the platform's libraries.")
 endif()
 list(JOIN PLATFORM_PACKAGES ", " platform_packages)
 if(platform_packages)

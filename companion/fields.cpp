@@ -60,11 +60,11 @@ void Path::appendIndex(size_t index) {
 }
 
 bool isIn(std::string_view wanted, std::string_view path) {
-    if (!path.starts_with(wanted)) {
+    const size_t size = wanted.size();
+    if (size > path.size() || memcmp(path.data(), wanted.data(), size) != 0) {
         return false;
     }
-    const char next = wanted.size() < path.size() ? path[wanted.size()] : '.';
-    return wanted.empty() || next == '.' || next == '[';
+    return size == 0 || size == path.size() || path[size] == '.' || path[size] == '[';
 }
 
 size_t countFields(std::string_view path) {

@@ -51,9 +51,14 @@ ExitStatus readInput(Memory<char> &input) {
 
 // Takes PATH=VALUE apart. Returns null, or what is wrong with it.
 const char *parseAssignment(const char *text, Assignment &assignment) {
+    const size_t length = strlen(text);
+    if (length > 0 && text[length - 1] == '\r') {
+        return "ends in a carriage return";
+    }
     const std::string_view path(text, strcspn(text, "="));
-    if (text[path.size()] == '\0') {
-        return "not PATH=VALUE";
+    if (path.size() == length) {
+        return *text == '-' ? "not PATH=VALUE: --dry-run comes first, and - stands alone"
+                            : "not PATH=VALUE";
     }
     const char *wrong = "no such field";
     if (path.empty()) {
@@ -148,8 +153,9 @@ int setFields(Words arguments) {
         const char *text = input ? strsep(&rest, "\n") : words[i];
         if (const char *wrong = parseAssignment(text, assignments[i])) {
             areTaken = false;
-            input ? fprintf(stderr, "orbelstatctl: line %zu: %s: %s\n", i + 1, text, wrong)
-                  : fprintf(stderr, "orbelstatctl: %s: %s\n", text, wrong);
+            const auto shown = static_cast<int>(strcspn(text, "\r")); // which would hide the rest
+            input ? fprintf(stderr, "orbelstatctl: line %zu: %.*s: %s\n", i + 1, shown, text, wrong)
+                  : fprintf(stderr, "orbelstatctl: %.*s: %s\n", shown, text, wrong);
         }
     }
     if (!areTaken) {

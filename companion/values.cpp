@@ -153,13 +153,15 @@ void putJsonValue(TextBuffer &out, const Field &field, const uint8_t *section) {
     }
 }
 
+static constexpr char outOfBounds[] = "not within the bounds that list shows";
+
 static const char *parseDouble(const char *text, double &value) {
     char *rest = nullptr;
     value = strtod(text, &rest); // infinite if it overflows
     if (rest == text || *rest != '\0' || isspace(static_cast<unsigned char>(*text)) != 0) {
         return "not a number";
     }
-    return value < -maxDouble || value > maxDouble ? "out of bounds" : nullptr;
+    return value < -maxDouble || value > maxDouble ? outOfBounds : nullptr;
 }
 
 static const char *parseInteger(const char *text, uint32_t max, uint64_t &value) {
@@ -169,7 +171,7 @@ static const char *parseInteger(const char *text, uint32_t max, uint64_t &value)
         return "not a whole number";
     }
     value = strtoull(digits, nullptr, 10); // the greatest there is if it overflows
-    return value > (isNegative ? 0 : max) ? "out of bounds" : nullptr;
+    return value > (isNegative ? 0 : max) ? outOfBounds : nullptr;
 }
 
 const char *parseValue(const Field &field, uint32_t max, const char *text,

@@ -178,7 +178,7 @@ class Companion(unittest.TestCase):
         good = "upm.policies[3].state=0"
         for bad in ("upm.policies[16].state=0", "upm.policies[3]=0", "upm.policies[3].stat=0",
                     "upm.timestamp=1", "upm.powerLimits.memPL1[0]=1", "reporting.peakHeadroom=1",
-                    "=1", "upm.policies[3].state", good + " ", "upm.policies[3].state=",
+                    "=1", "upm.policies[3].state", good + " ", good + "\r", "--dry-run", "upm.policies[3].state=",
                     "upm.policies[3].state=+1", "upm.policies[3].state= 1",
                     "upm.policies[3].state=0x1", "upm.policies[3].state=-1",
                     "upm.policies[3].policyPowerLimit=99999999999999999999",
@@ -187,7 +187,7 @@ class Companion(unittest.TestCase):
             with self.subTest(bad):
                 _, err, calls = self.ctl("set", good, bad, status=2)
                 self.assertEqual(calls, [])
-                self.assertIn(bad + ": ", err)
+                self.assertIn(bad.rstrip("\r") + ": ", err)
         for text in ("", "\n", good + "\0\n", good + "\n\n" + good):
             self.assertEqual(self.ctl("set", "-", stdin=text, status=2)[2], [], text)
         self.assertEqual(self.ctl("set", "-", shell="exec <&-;", status=2)[2], [])
@@ -250,7 +250,8 @@ class Companion(unittest.TestCase):
             self.assertEqual((out, calls), ("", []), words)
         self.assertIn("save FOLDER", self.ctl("--help")[0])
         self.assertRegex(self.ctl("--version")[0], r"^orbelstatctl \d+\.\d+\n$")
-        self.assertIn("No space left", self.ctl("json", shell="exec >/dev/full;", status=1)[1])
+        for words in ["json"], ["get", "psu"], ["get", "upm"]:
+            self.assertIn("No space left", self.ctl(*words, shell="exec >/dev/full;", status=1)[1])
         self.assertIn("Bad file", self.ctl("list", shell="exec >&-;", status=1)[1])
         out = self.ctl("get", "config.instHeadroom", "upm.policyState.policyId", status=1, FAIL_READ="1:3")[0]
         self.assertEqual(out, "upm.policyState.policyId=8\n")

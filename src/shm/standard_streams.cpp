@@ -5,6 +5,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+// Why the first write that failed did so; 0 as long as none has.
+static int lostReason = 0;
+
 bool openStandardStreams() {
     static char outputBuffer[16384];
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
@@ -19,14 +22,19 @@ bool openStandardStreams() {
     return true;
 }
 
-bool closeStandardOutput(const char *name) {
-    const bool lostEarlier = ferror(stdout) != 0;
-    if (fclose(stdout) == 0) {
-        if (!lostEarlier) {
-            return true;
-        }
-        errno = EIO; // why the earlier write failed is not known any more
+void noteLostOutput() {
+    if (lostReason == 0 && ferror(stdout) != 0) {
+        lostReason = errno;
     }
+}
+
+bool closeStandardOutput(const char *name) {
+    fflush(stdout);
+    noteLostOutput();
+    if (fclose(stdout) == 0 && lostReason == 0) {
+        return true;
+    }
+    errno = lostReason != 0 ? lostReason : errno;
     perror(name);
     return false;
 }

@@ -7,6 +7,10 @@
 // person watches it line by line. To be called before anything else; returns whether all are open.
 bool openStandardStreams();
 
+// Keeps the reason, in errno, if standard output could not be written just now. To be called where
+// text is handed to it in earnest.
+void noteLostOutput();
+
 // Closes standard output. Returns whether all that was printed has been written; if not, says why
 // on standard error, in one line that begins with `name`.
 bool closeStandardOutput(const char *name);

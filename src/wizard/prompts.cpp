@@ -1,5 +1,7 @@
 #include "wizard/prompts.h"
 
+#include "shm/standard_streams.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -32,6 +34,7 @@ static int askForNumber(const char *malformed, PrintPrompt printPrompt, Convert 
     for (;;) {
         printPrompt();
         fflush(stdout);
+        noteLostOutput();
         if (readInputLine(line, sizeof line) != 0) {
             return -1;
         }
@@ -111,6 +114,7 @@ int promptYesNo(const char *question) {
     for (;;) {
         printf("%s (default: n) [y/n]: ", question);
         fflush(stdout);
+        noteLostOutput();
         if (readInputLine(line, sizeof line) != 0) {
             return 0;
         }

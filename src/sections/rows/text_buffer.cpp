@@ -1,5 +1,7 @@
 #include "sections/rows/text_buffer.h"
 
+#include "shm/standard_streams.h"
+
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -7,6 +9,7 @@
 
 void TextBuffer::flush() {
     fwrite_unlocked(text, 1, used, stdout);
+    noteLostOutput();
     used = 0;
 }
 
