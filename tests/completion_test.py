@@ -6,6 +6,8 @@ docs = pathlib.Path(__file__).resolve().parent.parent / "docs"
 usage = subprocess.getoutput(sys.argv[1] + "/orbelstatprobe -h")
 options = " ".join(sorted({"-h", "-i", "-l", *re.findall("orbelstatprobe (-[a-z])", usage)}))
 policies = " ".join(map(str, range(16)))
+fields = subprocess.getoutput(sys.argv[1] + "/orbelstatctl list")
+roots = " ".join(dict.fromkeys(re.findall(r"^\w+", fields, re.M)))
 offers = {  # behind "orbelstatprobe "; the current folder holds file-1
     "": options, "-": options, "-d ": options, "-l ": "", "-l 5 ": options, "-l5 ": options,
     "-i -u ": options, "-- ": "", "-u ": "-h -p -t", "-du ": "-h -p -t", "-u -h ": "", "-u -t ": "",
@@ -19,7 +21,7 @@ lines = {"orbelstatprobe " + line: words for line, words in offers.items()}
 lines |= {"tolmfill ": "--check --force", "tolmfill --force ": "", "tolmfill > ": "file-1"}
 indices = lambda name, count: " ".join(f"{name}[{i}]" for i in range(count))
 offers = {  # behind "orbelstatctl "
-    "": "get json list save set --help --version", "get ": "global psu reporting upm config",
+    "": "get json list save set --help --version", "get ": roots,
     "get ps": "psu", "get psu": indices("psu", 12), r"json psu\[1": "psu[1] psu[10] psu[11]",
     "list psu[3].psuB": "psu[3].psuBus", "get upm.policies": indices("upm.policies", 16),
     "get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "get config.u": "",
