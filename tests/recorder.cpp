@@ -7,7 +7,9 @@
 //     KEEP_OPEN    file       opened for writing at the first read, and left open
 //     POLICY_NAME  format     of every policy's name, with its number; none at all if empty
 //     REFUSE       size       malloc refuses requests of this size
+//     NO_NULL      anything   /dev/null cannot be opened
 //     NO_TIME      function   localtime_r or strftime fails
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -103,4 +105,14 @@ extern "C" tm *localtime_r(const time_t *time, tm *local) {
 extern "C" size_t strftime(char *text, size_t size, const char *format, const tm *time) {
     const auto next = reinterpret_cast<decltype(&strftime)>(dlsym(RTLD_NEXT, "strftime"));
     return timeFails("strftime") ? 0 : next(text, size, format, time);
+}
+
+extern "C" int open(const char *path, int flags, ...) {
+    va_list rest;
+    va_start(rest, flags);
+    const auto mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    const auto next = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
+    const bool fails = getenv("NO_NULL") != nullptr && strcmp(path, "/dev/null") == 0;
+    return fails ? -1 : next(path, flags, mode);
 }

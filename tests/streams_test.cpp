@@ -18,6 +18,10 @@ TEST(StandardStreams, DoNotLeadIntoASection) {
         machine.run({"-x"}); // getopt complains on standard error
         EXPECT_EQ(machine.contents(6), before) << closed;
     }
+    machine.environment["NO_NULL"] = "1"; // then nothing is printed, nor read
+    const Outcome outcome = machine.run({"-r"});
+    EXPECT_EQ(outcome.status, 74);
+    EXPECT_EQ(outcome.calls.size(), 0U);
 }
 
 TEST(StandardStreams, SayThatOutputIsLost) {

@@ -112,15 +112,6 @@ TEST(Wizard, ReturnsFromAnEditorWithoutMemory) {
     EXPECT_EQ(outcome.calls.size(), 0U);
 }
 
-TEST(Wizard, PrintsToAFileWhatItPrintsToATerminal) {
-    Machine machine;
-    const std::string dialogue = "1\n2\ny\n5\n\n0\n0\n";
-    const std::string shown = machine.runOnTerminal(wizard, dialogue).out;
-    machine.fill(0);
-    machine.printsToFile = true;
-    EXPECT_EQ(machine.runOnTerminal(wizard, dialogue).out, shown);
-}
-
 TEST(Wizard, ShowsEveryPromptBeforeItReads) {
     Machine machine;
     machine.printsToFile = true;

@@ -34,7 +34,9 @@ bool closeStandardOutput(const char *name) {
     if (fclose(stdout) == 0 && lostReason == 0) {
         return true;
     }
-    errno = lostReason != 0 ? lostReason : errno;
+    if (lostReason != 0) {
+        errno = lostReason;
+    }
     perror(name);
     return false;
 }
