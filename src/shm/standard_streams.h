@@ -7,8 +7,8 @@
 // person watches it line by line. To be called before anything else; returns whether all are open.
 bool openStandardStreams();
 
-// Keeps the reason, in errno, if standard output could not be written just now. To be called where
-// text is handed to it in earnest.
+// If standard output could just now not be written, remembers why, which errno says, for
+// closeStandardOutput. To be called right after text has been handed to it.
 void noteLostOutput();
 
 // Closes standard output. Returns whether all that was printed has been written; if not, says why
