@@ -34,18 +34,18 @@ function(install_files component package)
         "" "" "PROGRAMS;MANUALS;BASH_COMPLETIONS;ZSH_COMPLETIONS")
     install(TARGETS ${arg_PROGRAMS} COMPONENT ${component})
     foreach(manual IN LISTS arg_MANUALS)
-        compress(${PROJECT_SOURCE_DIR}/docs/${manual} ${manual}.gz)
+        compress(${PROJECT_SOURCE_DIR}/man/${manual} ${manual}.gz)
         install(FILES ${PROJECT_BINARY_DIR}/${manual}.gz
             DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
     endforeach()
     foreach(completion IN LISTS arg_BASH_COMPLETIONS)
         cmake_path(GET completion STEM command)
-        install(FILES docs/${completion} RENAME ${command}
+        install(FILES completion/${completion} RENAME ${command}
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
             COMPONENT ${component})
     endforeach()
     foreach(completion IN LISTS arg_ZSH_COMPLETIONS)
-        install(FILES docs/${completion}
+        install(FILES completion/${completion}
             DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT ${component})
     endforeach()
 
@@ -68,13 +68,6 @@ install_files(program ${program_package}
 set(CPACK_COMPONENTS_ALL program)
 
 if(TARGET tolmshm)
-    # With what they find the stand-in in the build folder.
-    foreach(program IN LISTS programs)
-        install(CODE "
-            cmake_path(APPEND CMAKE_INSTALL_PREFIX ${CMAKE_INSTALL_BINDIR} ${program}
-                OUTPUT_VARIABLE installed)
-            file(RPATH_REMOVE FILE \"\$ENV{DESTDIR}\${installed}\")" COMPONENT program)
-    endforeach()
     install(TARGETS tolmshm tolmdata LIBRARY NAMELINK_SKIP COMPONENT standin)
     install_files(standin orbelstatprobe-standin
         PROGRAMS tolmfill

@@ -31,7 +31,7 @@ TEST(CommandLine, AnswersEveryArgumentVector) {
         calls.erase(std::unique(calls.begin(), calls.end()), calls.end());
         std::string text = naming(golden("usage.txt"), "(usage)\n", outcome.err + outcome.out);
         text = naming(golden("upm-help.txt"), "(help on -u)\n", text);
-        text = naming(buildFolder() + "/orbelstatprobe", "PROGRAM", text);
+        text = naming(buildDirectory() + "/orbelstatprobe", "PROGRAM", text);
         std::vector<std::string> lines = linesOf(text);
         std::erase_if(lines, isOfPolicyField);
         return std::to_string(outcome.status) + shortened(calls, 3) + "\n" + shortened(lines, 6);

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """orbelstatctl from outside: what it prints, writes and refuses, and that it shows what the reports
-show. The argument is the folder of the build."""
+show. The argument is the directory of the build."""
 import json, os, random, re, struct, subprocess, sys, tempfile, unittest
 
 BUILD = os.path.abspath(os.environ.get("ORBEL_TEST_BUILD", sys.argv[1]))
@@ -13,15 +13,15 @@ CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", 
 class Companion(unittest.TestCase):
     def setUp(self):
         self.random = random.Random(1)
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = directory.name
         self.run_program("tolmfill", "--force")
         self.fields = [row.split("\t") for row in self.ctl("list")[0].splitlines()]
         self.sections = sorted({row[2] for row in self.fields})
 
     def run_program(self, program, *words, stdin="", shell="", **environment):
-        settings = {"TOLM_SHM_DIR": self.folder, "TZ": "UTC", "RECORD": self.folder + "/calls",
+        settings = {"TOLM_SHM_DIR": self.directory, "TZ": "UTC", "RECORD": self.directory + "/calls",
                     "LD_PRELOAD": BUILD + "/librecorder.so", "UBSAN_OPTIONS": "exitcode=99",
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99", **environment}
         command = [*EMULATOR, f"{BUILD}/{program}", *words]
@@ -37,7 +37,7 @@ class Companion(unittest.TestCase):
 
     def ctl(self, *words, status=0, **options):
         """Output, messages and recorded calls of a run that must end with the status."""
-        calls = self.folder + "/calls"
+        calls = self.directory + "/calls"
         if os.path.exists(calls):
             os.remove(calls)
         out, err, ended = self.run_program("orbelstatctl", *words, **options)
@@ -50,12 +50,12 @@ class Companion(unittest.TestCase):
         with open(calls) as file:
             return out, err, file.read().splitlines()
 
-    def section(self, number, folder=None):
-        with open(f"{folder or self.folder}/section-{number}", "rb") as file:
+    def section(self, number, directory=None):
+        with open(f"{directory or self.directory}/section-{number}", "rb") as file:
             return file.read()
 
     def poke(self, number, offset, data):
-        with open(f"{self.folder}/section-{number}", "r+b") as file:
+        with open(f"{self.directory}/section-{number}", "r+b") as file:
             file.seek(offset)
             file.write(data)
 
@@ -218,26 +218,26 @@ class Companion(unittest.TestCase):
         self.assertIn("error -7", self.ctl("set", *words, status=1, FAIL_READ="2:-7")[1])
 
     def test_save_makes_files_that_the_stand_in_reads(self):
-        folder = self.folder + "/saved"
-        out = self.ctl("save", folder)[0]
+        directory = self.directory + "/saved"
+        out = self.ctl("save", directory)[0]
         for section in self.sections:
             data = self.section(section)
-            self.assertEqual(self.section(section, folder), data)
-            self.assertIn(f"{folder}/section-{section}: {len(data)} bytes\n", out)
+            self.assertEqual(self.section(section, directory), data)
+            self.assertIn(f"{directory}/section-{section}: {len(data)} bytes\n", out)
         self.poke("8", 0, b"changed!")
-        err = self.ctl("save", folder, status=1, FAIL_READ="1:-7")[1]
+        err = self.ctl("save", directory, status=1, FAIL_READ="1:-7")[1]
         self.assertRegex(err, r"section \d+: cannot be read, error -7 ")
-        self.assertEqual(self.section("8", folder), self.section("8"))
-        self.assertEqual(sorted(os.listdir(folder)), sorted(f"section-{n}" for n in self.sections))
+        self.assertEqual(self.section("8", directory), self.section("8"))
+        self.assertEqual(sorted(os.listdir(directory)), sorted(f"section-{n}" for n in self.sections))
         full = "trap '' XFSZ; ulimit -f 40;"
-        self.assertIn("section-6: File too large\n", self.ctl("save", folder, status=1, shell=full)[1])
-        os.mkdir(folder + "/new")
-        os.mkdir(folder + "/new/section-8")
-        self.assertIn("section-8: Is a dir", self.ctl("save", folder + "/new", status=1)[1])
-        self.assertEqual(sorted(os.listdir(folder + "/new")), sorted(f"section-{n}" for n in self.sections))
+        self.assertIn("section-6: File too large\n", self.ctl("save", directory, status=1, shell=full)[1])
+        os.mkdir(directory + "/new")
+        os.mkdir(directory + "/new/section-8")
+        self.assertIn("section-8: Is a dir", self.ctl("save", directory + "/new", status=1)[1])
+        self.assertEqual(sorted(os.listdir(directory + "/new")), sorted(f"section-{n}" for n in self.sections))
         self.ctl("save", "./" * 2044, status=1)
-        self.ctl("save", self.folder + "/section-8", status=1)
-        self.ctl("save", self.folder + "/no/folder", status=1)
+        self.ctl("save", self.directory + "/section-8", status=1)
+        self.ctl("save", self.directory + "/no/directory", status=1)
 
     def test_wrong_usage_and_lost_output(self):
         for words in ([], ["frobnicate"], ["get"], ["get", "psu[12]"], ["get", ""], ["get", "glob"],
@@ -248,7 +248,7 @@ class Companion(unittest.TestCase):
                       ["json", "psu[0].x"], ["save"], ["set"], ["set", "--dry-run"], ["--help", "x"]):
             out, _, calls = self.ctl(*words, status=2)
             self.assertEqual((out, calls), ("", []), words)
-        self.assertIn("save FOLDER", self.ctl("--help")[0])
+        self.assertIn("save DIRECTORY", self.ctl("--help")[0])
         self.assertRegex(self.ctl("--version")[0], r"^orbelstatctl \d+\.\d+\n$")
         for words in ["json"], ["get", "psu"], ["get", "upm"]:
             self.assertIn("No space left", self.ctl(*words, shell="exec >/dev/full;", status=1)[1])
@@ -258,7 +258,8 @@ class Companion(unittest.TestCase):
         self.assertEqual(self.ctl("json", status=1, FAIL_READ="2:3")[0], "")
         with open(BUILD + "/orbelstatctl", "rb") as file:
             if b"__asan_init" not in file.read():  # whose allocator refuses nothing
-                self.assertIn("memory", self.ctl("get", "config", status=1, REFUSE="224")[1])
+                for path, size in ("global", "803"), ("config", "224"):  # section, list of fields
+                    self.assertIn("no memory", self.ctl("get", path, status=1, REFUSE=size)[1])
 
 
 if __name__ == "__main__":

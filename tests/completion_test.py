@@ -2,13 +2,13 @@
 """Types command lines and Tab into a real bash and a real zsh and compares what they offer."""
 import os, pathlib, pty, re, select, shutil, signal, subprocess, sys, tempfile
 
-docs = pathlib.Path(__file__).resolve().parent.parent / "docs"
+completion = pathlib.Path(__file__).resolve().parent.parent / "completion"
 usage = subprocess.getoutput(sys.argv[1] + "/orbelstatprobe -h")
 options = " ".join(sorted({"-h", "-i", "-l", *re.findall("orbelstatprobe (-[a-z])", usage)}))
 policies = " ".join(map(str, range(16)))
 fields = subprocess.getoutput(sys.argv[1] + "/orbelstatctl list")
 roots = " ".join(dict.fromkeys(re.findall(r"^\w+", fields, re.M)))
-offers = {  # behind "orbelstatprobe "; the current folder holds file-1
+offers = {  # behind "orbelstatprobe "; the current directory holds file-1
     "": options, "-": options, "-d ": options, "-l ": "", "-l 5 ": options, "-l5 ": options,
     "-i -u ": options, "-- ": "", "-u ": "-h -p -t", "-du ": "-h -p -t", "-u -h ": "", "-u -t ": "",
     "-u -p ": "-a -c " + policies, "-u -p 1": "1 10 11 12 13 14 15", "-u -p 3 ": "", "-w ": "-u",
@@ -38,10 +38,10 @@ completed = {  # by Control-T, which leaves the line ready to be gone on with
 }
 
 # Tab inserts everything that is offered, Control-O shows the line between two marks.
-bash = f"""PS1='ready$ '; for file in {docs}/*.bash; do . "$file"; done
+bash = f"""PS1='ready$ '; for file in {completion}/*.bash; do . "$file"; done
 show() {{ printf '\\1%s\\2' "$READLINE_LINE"; }}; bind -x '"\\C-o": show'
 bind '"\\t": insert-completions'; bind '"\\C-t": complete'"""
-zsh = f"""PS1='ready$ '; fpath=({docs} $fpath); autoload -Uz compinit; compinit -u -D
+zsh = f"""PS1='ready$ '; fpath=({completion} $fpath); autoload -Uz compinit; compinit -u -D
 show() {{ printf '\\1%s\\2' "$BUFFER" >/dev/tty; }}; zle -N show; bindkey '^O' show
 zle -C plain complete-word _generic; bindkey '^T' plain
 zstyle ':completion:plain:*' completer _complete
@@ -74,7 +74,7 @@ def count_faults(shell, start_file, start_text):
             os.write(terminal, f"{line}\t\x0f\x15".encode())  # Control-U empties the line
             shown = read_until(terminal, "\1(.*)\2")[1]
             wanted = re.sub("[^ >]*$", words, line, count=1) if words else line
-            # zsh quotes brackets, and has a folder end in a slash.
+            # zsh quotes brackets, and has a directory end in a slash.
             if re.sub(r"\\(.)", r"\1", shown).rstrip("/").split() != wanted.split():
                 print(f"{shell[0]}: {line!r} becomes {shown!r}, not with {words!r}")
                 faults += 1

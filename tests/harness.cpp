@@ -1,8 +1,6 @@
 #include "harness.h"
 
-#include "companion/fields.h"
-
-#include "shm/shm.h"
+#include "orbelstatctl/fields.h"
 
 #include <algorithm>
 #include <array>
@@ -52,13 +50,13 @@ static std::string variable(const char *name, const std::string &otherwise) {
     return value != nullptr ? value : otherwise;
 }
 
-std::string buildFolder() {
+std::string buildDirectory() {
     return variable("ORBEL_TEST_BUILD", DEFAULT_BUILD);
 }
 
 bool isSanitized() {
     static const bool result =
-        readFile(buildFolder() + "/orbelstatprobe").find("__asan_init") != std::string::npos;
+        readFile(buildDirectory() + "/orbelstatprobe").find("__asan_init") != std::string::npos;
     return result;
 }
 
@@ -71,12 +69,12 @@ std::vector<std::string> Outcome::only(const std::string &kind) const {
 
 Machine::Machine() {
     std::string path = fs::temp_directory_path() / "orbel-XXXXXX";
-    folder = mkdtemp(path.data());
+    directory = mkdtemp(path.data());
     fill(0);
 }
 
 Machine::~Machine() {
-    fs::remove_all(folder);
+    fs::remove_all(directory);
 }
 
 void Machine::fill(uint8_t byte) {
@@ -98,22 +96,22 @@ void Machine::fillWithPattern() {
         }
         poke(section.id, 0, bytes);
     }
-    forEachField("", [&](const Field &field) {
-        if (field.type == Kind::f32 || field.type == Kind::f64) {
-            const auto start = static_cast<size_t>(field.offset);
+    for (const Field &field : fieldsIn("")) {
+        const Type type = field.row->type;
+        if (type == Type::f32 || type == Type::f64) {
             int32_t bits = 0;
-            memcpy(&bits, contents(field.section.id).data() + start, sizeof bits);
+            memcpy(&bits, contents(field.section.id).data() + field.offset, sizeof bits);
             const float number = static_cast<float>(bits >> 8) / 4096;
-            poke(field.section.id, start,
-                 field.type == Kind::f32 ? word(std::bit_cast<uint32_t>(number), 4)
-                                         : word(std::bit_cast<uint64_t>(double{number}), 8));
+            poke(field.section.id, field.offset,
+                 type == Type::f32 ? littleEndian(std::bit_cast<uint32_t>(number), 4)
+                                   : littleEndian(std::bit_cast<uint64_t>(double{number}), 8));
         }
-    });
-    poke(6, 30269, word(1700000000007, 8)); // the UPM timestamp
+    }
+    poke(6, 30269, littleEndian(1700000000007, 8)); // the UPM timestamp
 }
 
 void Machine::poke(int section, size_t offset, const Bytes &bytes) {
-    const std::string path = folder + "/section-" + std::to_string(section);
+    const std::string path = directory + "/section-" + std::to_string(section);
     std::ofstream(path, std::ios::app); // exists from now on
     std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
     file.seekp(static_cast<std::streamoff>(offset));
@@ -122,7 +120,7 @@ void Machine::poke(int section, size_t offset, const Bytes &bytes) {
 }
 
 Bytes Machine::contents(int section) const {
-    const std::string text = readFile(folder + "/section-" + std::to_string(section));
+    const std::string text = readFile(directory + "/section-" + std::to_string(section));
     return {text.begin(), text.end()};
 }
 
@@ -148,7 +146,7 @@ Outcome Machine::runOnTerminal(const std::vector<std::string> &arguments,
             words.insert(words.end(), {"-E", name + "=" + value});
         }
     }
-    words.push_back(buildFolder() + "/orbelstatprobe");
+    words.push_back(buildDirectory() + "/orbelstatprobe");
     words.insert(words.end(), arguments.begin(), arguments.end());
     if (!redirections.empty()) {
         words.insert(words.begin(), {"sh", "-c", "exec \"$0\" \"$@\" " + redirections});
@@ -197,15 +195,15 @@ static std::string readTerminal(int terminal, int slave, pid_t program, int &sta
 }
 
 Outcome Machine::start(const std::vector<std::string> &arguments, const std::string *typed) {
-    const std::string in = folder + "/in";
-    const std::string out = folder + "/out";
-    const std::string err = folder + "/err";
-    const std::string calls = folder + "/calls";
+    const std::string in = directory + "/in";
+    const std::string out = directory + "/out";
+    const std::string err = directory + "/err";
+    const std::string calls = directory + "/calls";
     fs::remove(calls);
     std::ofstream(in, std::ios::binary) << input;
     Environment settings{{"TZ", "UTC"},
-                         {"TOLM_SHM_DIR", folder},
-                         {"LD_PRELOAD", buildFolder() + "/librecorder.so"},
+                         {"TOLM_SHM_DIR", directory},
+                         {"LD_PRELOAD", buildDirectory() + "/librecorder.so"},
                          {"RECORD", calls},
                          {"ASAN_OPTIONS", "verify_asan_link_order=0:exitcode=99"},
                          {"UBSAN_OPTIONS", "exitcode=99"}};
@@ -254,7 +252,7 @@ Outcome Machine::start(const std::vector<std::string> &arguments, const std::str
     return outcome;
 }
 
-Bytes word(uint64_t value, size_t size) {
+Bytes littleEndian(uint64_t value, size_t size) {
     Bytes bytes(size);
     for (size_t i = 0; i < size; ++i) {
         bytes[i] = static_cast<uint8_t>(value >> (8 * i));

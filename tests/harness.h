@@ -21,7 +21,7 @@ struct Outcome {
 using Environment = std::map<std::string, std::string>;
 using Bytes = std::vector<uint8_t>;
 
-// The sections in a folder that lives as long as this object, filled with one byte or with a
+// The sections in a directory that lives as long as this object, filled with one byte or with a
 // pattern that reaches every bit and in which no two neighbours and hardly any two words are alike.
 // There are no line ends in it, and its floating point numbers and UPM timestamp are plausible
 // ones.
@@ -37,12 +37,12 @@ class Machine {
     void poke(int section, size_t offset, const Bytes &bytes);
     [[nodiscard]] Bytes contents(int section) const;
 
-    std::string folder; // holds the files "section-<n>"
+    std::string directory; // holds the files "section-<n>"
     // On standard input, unless that is a terminal: answers to the wizard, who may not read them.
     std::string input = "1\n2\ny\n5\n";
     // Of a run on a terminal, standard output alone.
     bool printsToFile = false;
-    // The shell's, behind the command: what becomes of the program's standard streams.
+    // The shell's, after the command: where the program's standard streams lead.
     std::string redirections;
     // Added to the program's environment; TZ is UTC unless set here.
     Environment environment;
@@ -57,12 +57,12 @@ class Machine {
     Outcome start(const std::vector<std::string> &arguments, const std::string *typed);
 };
 
-// The folder of the build under test, and whether its program carries sanitizers.
-std::string buildFolder();
+// The directory of the build under test, and whether its program carries sanitizers.
+std::string buildDirectory();
 bool isSanitized();
 
-// Little-endian bytes of a value.
-Bytes word(uint64_t value, size_t size);
+// The bytes of a value, as many as `size`.
+Bytes littleEndian(uint64_t value, size_t size);
 
 std::vector<std::string> linesOf(const std::string &text); // each with its end
 // Whether a line of a report shows a field of a policy.

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 // The library, of the driver's own build since it is called from here, on a machine's sections.
 struct StandInLibrary {
     explicit StandInLibrary(const Machine &machine) {
-        setenv("TOLM_SHM_DIR", machine.folder.c_str(), 1);
+        setenv("TOLM_SHM_DIR", machine.directory.c_str(), 1);
         EXPECT_NE(handle, nullptr) << dlerror();
     }
     ~StandInLibrary() {
@@ -46,7 +46,7 @@ static int tolmfill(const std::string &settings, const std::string &options, std
 
 static int tolmfill(const Machine &machine, const std::string &options) {
     std::string out;
-    return tolmfill("TOLM_SHM_DIR=" + machine.folder, options, out);
+    return tolmfill("TOLM_SHM_DIR=" + machine.directory, options, out);
 }
 
 TEST(StandIn, CopiesExactlyTheBytesAskedForOrNone) {
@@ -81,12 +81,12 @@ TEST(StandIn, CopiesExactlyTheBytesAskedForOrNone) {
 TEST(StandIn, UsesRegularFilesOnly) {
     Machine machine;
     const StandInLibrary library(machine);
-    const std::string path = machine.folder + "/section-8";
-    const std::string target = machine.folder + "/somebodys-file";
+    const std::string path = machine.directory + "/section-8";
+    const std::string target = machine.directory + "/somebodys-file";
     fs::rename(path, target);
     fs::create_symlink(target, path);
-    mkfifo((machine.folder + "/section-1").c_str(), 0666);
-    fs::create_directory(machine.folder + "/section-2");
+    mkfifo((machine.directory + "/section-1").c_str(), 0666);
+    fs::create_directory(machine.directory + "/section-2");
     const struct {
         int section, read, write;
     } cases[] = {{8, -ELOOP, -ELOOP}, {1, -ENXIO, -ENXIO}, {2, -EISDIR, -EISDIR}};
@@ -107,7 +107,7 @@ TEST(StandIn, UsesRegularFilesOnly) {
 TEST(StandIn, MakesEachCallWhole) {
     Machine machine;
     const StandInLibrary library(machine);
-    const int file = open((machine.folder + "/section-8").c_str(), O_RDWR);
+    const int file = open((machine.directory + "/section-8").c_str(), O_RDWR);
     std::atomic<bool> isDone = false;
     std::atomic<int> mixed = 0;
     std::thread caller([&] {
@@ -141,7 +141,7 @@ TEST(StandIn, MakesEachCallWhole) {
 
 TEST(StandIn, FillsSectionsButLeavesExistingOnesAlone) {
     Machine machine;
-    fs::remove(machine.folder + "/section-7");
+    fs::remove(machine.directory + "/section-7");
     EXPECT_EQ(tolmfill(machine, ""), 2);
     EXPECT_EQ(machine.contents(7).size(), 10212U);
     EXPECT_EQ(machine.contents(8), Bytes(224, 0));
@@ -152,15 +152,15 @@ TEST(StandIn, FillsSectionsButLeavesExistingOnesAlone) {
 
 TEST(StandIn, ChecksThatSectionsAreThereAndOfTheirSize) {
     Machine machine;
-    const std::string folder = "TOLM_SHM_DIR=" + machine.folder;
+    const std::string directory = "TOLM_SHM_DIR=" + machine.directory;
     std::string out;
-    EXPECT_EQ(tolmfill(folder, "--check", out), 0);
+    EXPECT_EQ(tolmfill(directory, "--check", out), 0);
     EXPECT_EQ(out, "");
-    fs::remove(machine.folder + "/section-6");
-    fs::resize_file(machine.folder + "/section-8", 223);
-    EXPECT_EQ(tolmfill(folder, "--check", out), 1);
-    EXPECT_EQ(out, machine.folder + "/section-6: No such file or directory\n" + machine.folder +
-                       "/section-8: 223 bytes, not 224\n");
+    fs::remove(machine.directory + "/section-6");
+    fs::resize_file(machine.directory + "/section-8", 223);
+    EXPECT_EQ(tolmfill(directory, "--check", out), 1);
+    EXPECT_EQ(out, machine.directory + "/section-6: No such file or directory\n" +
+                       machine.directory + "/section-8: 223 bytes, not 224\n");
     std::string usual;
     EXPECT_EQ(tolmfill("TOLM_SHM_DIR=", "--check", out),
               tolmfill("env -u TOLM_SHM_DIR", "--check", usual));

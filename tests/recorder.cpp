@@ -1,5 +1,5 @@
 // Takes the platform libraries' place at run time: writes every call down, lets chosen calls fail
-// and hands the rest on to the library behind it. Controlled by environment variables:
+// and hands the rest on to the next library. Controlled by environment variables:
 //     RECORD       file that the calls are appended to, a line each
 //     FAIL_READ    n:result   the n-th read fails with result
 //     END_AT_READ  n          the n-th read ends the program, whose unwritten output is lost
@@ -9,6 +9,7 @@
 //     REFUSE       size       malloc refuses requests of this size
 //     NO_NULL      anything   /dev/null cannot be opened
 //     NO_TIME      function   localtime_r or strftime fails
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -19,7 +20,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#ifndef SANITIZED
+#ifndef __SANITIZE_ADDRESS__
 extern "C" void *__libc_malloc(size_t size);
 
 extern "C" void *malloc(size_t size) {
@@ -114,5 +115,9 @@ extern "C" int open(const char *path, int flags, ...) {
     va_end(rest);
     const auto next = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
     const bool fails = getenv("NO_NULL") != nullptr && strcmp(path, "/dev/null") == 0;
-    return fails ? -1 : next(path, flags, mode);
+    if (fails) {
+        errno = EACCES;
+        return -1;
+    }
+    return next(path, flags, mode);
 }

@@ -1,7 +1,7 @@
 // The reports of the program, in one list, from which all that holds for every report is tested.
 #pragma once
 
-#include "upm/writable_fields.h"
+#include "upm/upm_block.h"
 
 #include <optional>
 #include <string>
@@ -26,12 +26,12 @@ struct Report {
     size_t lines;
     std::optional<Section> section = {};
     int32_t readSize = section ? section->size : 0; // of its first read, in bytes
-    const char *failureEnd = "\n";                  // behind a failure message
+    const char *failureEnd = "\n";                  // after a failure message
     std::vector<Repetition> repetitions = {};       // in the order of the report
 };
 
 // clang-format off
-constexpr size_t policyLines = std::size(policyFields);
+constexpr size_t policyLines = std::size(policyRows) - 1; // one of them has two rows, for two reports
 inline const std::vector<Report> allReports{
     {{"-o"}, "global-offsets.txt", 109},
     {.arguments = {"-d"}, .golden = "global-dump.txt", .lines = 159,

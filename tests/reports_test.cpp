@@ -3,7 +3,7 @@
 #include "reports.h"
 
 #include "harness.h"
-#include "sections/rows/print_rows.h"
+#include "rows/print_rows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -171,7 +171,7 @@ TEST(PsuInfo, ShowsZerosForABusRecordThatFails) {
 TEST(PsuInfo, ShowsTheDirectCurrentMaximumOfType1) {
     Machine machine;
     machine.poke(7, 9, {1});
-    machine.poke(7, 464, word(static_cast<uint32_t>(-3), 4));
+    machine.poke(7, 464, littleEndian(static_cast<uint32_t>(-3), 4));
     const std::string out = machine.run({"-e"}).out;
     const std::string prefix = "   sPSUPwrSection.";
     EXPECT_NE(out.find(prefix + "u16PinMax ------------- 0\n" + prefix +
@@ -194,10 +194,11 @@ static std::string fixed(float value, int places) {
 }
 
 // No report has an array of so many elements in a column yet.
-TEST(Rows, EndInTheirColumnBehindTwoDigits) {
+TEST(Rows, EndInTheirColumnAfterTwoDigits) {
     const std::string text = printed([](TextBuffer &out) {
-        for (const int element : {9, 10}) {
-            putLabel(out, {.prefix = "", .column = 12}, {"label", {}}, element);
+        const Row row{.label = "label", .path = "", .type = Type::u8, .count = 11};
+        for (const int index : {9, 10}) {
+            putLabel(out, {.prefix = "", .column = 12}, nullptr, row, index);
         }
     });
     EXPECT_EQ(text, "label[9] ---- label[10] --- ");

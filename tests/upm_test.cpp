@@ -1,9 +1,9 @@
 // What is peculiar to the UPM reports, and the policy writes.
 #include "harness.h"
 
-#include "upm/block.h"
 #include "upm/policy_report.h"
 #include "upm/policy_writes.h"
+#include "upm/upm_block.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -57,7 +57,7 @@ TEST(Upm, NamesPowerDomains) {
         {0, "0 (cpu)"}, {1, "1 (mem)"},     {2, "2 (system)"},
         {3, "3 (gpu)"}, {4, "4 (unknown)"}, {65535, "65535 (unknown)"}};
     for (const auto &[domain, text] : cases) {
-        machine.poke(6, policies + 56, word(domain, 2));
+        machine.poke(6, policies + 56, littleEndian(domain, 2));
         EXPECT_NE(machine.run({"-u", "-p", "0"}).out.find("PolicyDomain ----- " + text + "\n"),
                   std::string::npos);
     }
@@ -66,7 +66,7 @@ TEST(Upm, NamesPowerDomains) {
 TEST(Upm, FormatsItsTimestamp) {
     Machine machine;
     const auto expectTimestamp = [&](uint64_t milliseconds, const std::string &text) {
-        machine.poke(6, 30269, word(milliseconds, 8));
+        machine.poke(6, 30269, littleEndian(milliseconds, 8));
         const std::string out = machine.run({"-u", "-t"}).out;
         EXPECT_EQ(out.substr(0, out.find('\n')), "Timestamp: " + text);
     };
@@ -105,7 +105,7 @@ TEST(PolicyGuards, RefuseWhatLiesOutside) {
     Machine machine;
     machine.fillWithPattern();
     const Bytes before = machine.contents(6);
-    setenv("TOLM_SHM_DIR", machine.folder.c_str(), 1);
+    setenv("TOLM_SHM_DIR", machine.directory.c_str(), 1);
     testing::internal::CaptureStdout();
     showPolicy(16);
     showPolicy(UINT32_MAX);

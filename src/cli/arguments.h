@@ -1,13 +1,13 @@
 // The argument vector on its way through the option pass.
 #pragma once
 
-#include "upm/block.h"
+#include "upm/upm_block.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <optional>
 
-inline constexpr unsigned long lastPolicy = policyCount - 1;
+inline constexpr long lastPolicy = policyCount - 1;
 
 // The exit status of a run that ends with the option just read; nothing if the pass goes on.
 using Ending = std::optional<int>;
@@ -36,6 +36,6 @@ inline bool parseLong(const char *text, long &value) {
     return *rest == '\0';
 }
 
-inline bool exceeds(long value, unsigned long limit) {
-    return static_cast<unsigned long>(value) > limit; // so every negative value does
+inline bool isOutOfRange(long value, long max) {
+    return value < 0 || value > max;
 }

@@ -3,6 +3,7 @@
 #include "cli/arguments.h"
 #include "cli/help.h"
 #include "cli/write_option.h"
+#include "output/standard_streams.h"
 #include "sections/global_section.h"
 #include "sections/power_config.h"
 #include "sections/power_reporting.h"
@@ -11,6 +12,7 @@
 #include "upm/views.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
@@ -18,26 +20,48 @@
 namespace {
 
 constexpr int upmErrorStatus = 1;
-constexpr char optionLetters[] = "deorcul:i:w?h";
 
-// The reports that have a letter of their own, in order of precedence: of those that a command line
-// asks for only the first runs.
-constexpr struct {
-    int letter;
-    void (*print)();
-} letterReports[] = {
-    {'d', dumpGlobalSection},  {'o', printGlobalSectionOffsets}, {'e', dumpPSUInfo},
-    {'r', dumpPowerReporting}, {'c', dumpPowerConfig},
+enum class Action : uint8_t { keepLocator, keepIndex, wantReport, readUpm, readWrite, printUsage };
+
+// The options in order of precedence: of the reports that a command line asks for, only that of the
+// first option runs. Writes and the usage text are no reports: they run when they are met.
+constexpr struct Option {
+    char letter;
+    Action action;
+    void (*report)() = nullptr;
+} options[] = {
+    {'l', Action::keepLocator},
+    {'i', Action::keepIndex},
+    {'d', Action::wantReport, dumpGlobalSection},
+    {'o', Action::wantReport, printGlobalSectionOffsets},
+    {'e', Action::wantReport, dumpPSUInfo},
+    {'r', Action::wantReport, dumpPowerReporting},
+    {'c', Action::wantReport, dumpPowerConfig},
+    {'u', Action::readUpm},
+    {'w', Action::readWrite},
+    {'h', Action::printUsage},
+    {'?', Action::printUsage},
 };
-constexpr size_t noReport = std::size(letterReports);
 
-// What a command line asks for, again in order of precedence.
+// The letters for getopt, with a colon after each that takes a number.
+constexpr auto optionLetters = [] {
+    std::array<char, 2 * std::size(options) + 1> letters{};
+    char *end = letters.data();
+    for (const Option &option : options) {
+        *end++ = option.letter;
+        if (option.action == Action::keepLocator || option.action == Action::keepIndex) {
+            *end++ = ':';
+        }
+    }
+    return letters;
+}();
+
+// What a command line asks for.
 struct Request {
-    int optionCount = 0; // options met, unrecognised ones included
-    bool wantsLocator = false;
+    int optionCount = 0;                     // options met, unrecognised ones included
+    const Option *first = std::end(options); // the option whose report runs, if there is one
     int32_t locator = -1;
     int32_t index = -1;
-    size_t letterReport = noReport;
     // The form of -u, which is always the last option that is read.
     void (*upmView)() = nullptr;
     std::optional<uint32_t> policy; // 0..15
@@ -85,7 +109,7 @@ Ending readUpmOption(const Arguments &arguments, Request &request) {
         printf("Error: Invalid policy index '%s' after -u -p\n", words[k + 1]);
         return upmErrorStatus;
     }
-    if (exceeds(policy, lastPolicy)) {
+    if (isOutOfRange(policy, lastPolicy)) {
         printf("Error: policy index %ld out of range [0..15]\n", policy);
         return upmErrorStatus;
     }
@@ -98,58 +122,66 @@ int32_t lowBits(const char *text) {
     return static_cast<int32_t>(strtol(text, nullptr, 10));
 }
 
-// Handles a letter that has a report of its own, and every other by the usage text.
-void wantReportOrPrintUsage(int option, Request &request) {
-    size_t report = 0;
-    while (report < noReport && letterReports[report].letter != option) {
-        ++report;
-    }
-    if (report == noReport) {
+Ending readOption(const Arguments &arguments, const Option &option, Request &request) {
+    switch (option.action) {
+    case Action::keepLocator:
+        request.locator = lowBits(optarg);
+        break;
+    case Action::keepIndex:
+        request.index = lowBits(optarg);
+        break;
+    case Action::wantReport:
+        break;
+    case Action::readUpm:
+        if (const Ending ending = readUpmOption(arguments, request)) {
+            return ending;
+        }
+        break;
+    case Action::readWrite:
+        return readWriteOption(arguments);
+    case Action::printUsage:
         printUsage();
+        return goOn;
     }
-    request.letterReport = std::min(request.letterReport, report);
+    request.first = std::min(request.first, &option);
+    return goOn;
 }
 
 // Reads all options, or those up to one that ends the run.
 Ending readOptions(const Arguments &arguments, Request &request) {
     Ending ending = goOn;
-    int option = 0;
-    while (!ending && (option = getopt(arguments.count, arguments.words, optionLetters)) != -1) {
-        ++request.optionCount;
-        switch (option) {
-        case 'l':
-            request.wantsLocator = true;
-            request.locator = lowBits(optarg);
+    while (!ending) {
+        flushStandardOutput(); // before what getopt says on standard error
+        const int letter = getopt(arguments.count, arguments.words, optionLetters.data());
+        if (letter == -1) {
             break;
-        case 'i':
-            request.wantsLocator = true;
-            request.index = lowBits(optarg);
-            break;
-        case 'u':
-            ending = readUpmOption(arguments, request);
-            break;
-        case 'w':
-            ending = readWriteOption(arguments);
-            break;
-        default:
-            wantReportOrPrintUsage(option, request);
         }
+        ++request.optionCount;
+        // The last option stands for all that getopt does not know.
+        const Option *option =
+            std::find_if(options, std::end(options) - 1,
+                         [letter](const Option &other) { return other.letter == letter; });
+        ending = readOption(arguments, *option, request);
     }
     return ending;
 }
 
 void printReport(const Request &request) {
-    if (request.wantsLocator) {
-        printf("locator=%d, index=%d\n", request.locator, request.index);
-    } else if (request.letterReport != noReport) {
-        letterReports[request.letterReport].print();
-    } else if (request.policy) {
-        showPolicy(*request.policy);
-    } else if (request.upmView != nullptr) {
-        request.upmView();
-    } else if (request.optionCount == 0) {
+    if (request.optionCount == 0) {
         puts("Error: No option passed");
         printUsage();
+    }
+    if (request.first == std::end(options)) {
+        return;
+    }
+    if (request.first->report != nullptr) {
+        request.first->report();
+    } else if (request.first->action != Action::readUpm) {
+        printf("locator=%d, index=%d\n", request.locator, request.index);
+    } else if (request.policy) {
+        showPolicy(*request.policy);
+    } else {
+        request.upmView();
     }
 }
 

@@ -5,7 +5,7 @@
 void printUsage() {
     puts(
         "\n"
-        " OrbelStatProbe Ver." ORBELSTATPROBE_VERSION " \n"
+        " OrbelStatProbe Ver.0.2 \n" // part of the text, whatever the release
         "------------------------------------------------------------\n"
         "\n"
         " orbelstatprobe\n"

@@ -1,6 +1,5 @@
 #include "cli/write_option.h"
 
-#include "cli/command_line.h"
 #include "upm/policy_writes.h"
 #include "wizard/wizard.h"
 
@@ -9,7 +8,7 @@
 
 namespace {
 
-constexpr int writeErrorStatus = -1; // 255 to the shell
+constexpr int errorStatus = -1; // 255 to the shell; the wizard always ends with it
 
 Ending failWithWriteHints(const char *error) {
     printf("%s\n"
@@ -17,12 +16,12 @@ Ending failWithWriteHints(const char *error) {
            "  orbelstatprobe -w -u -p <id> -s <0/1>\n"
            "  orbelstatprobe -w -u -m\n",
            error);
-    return writeErrorStatus;
+    return errorStatus;
 }
 
 Ending failWithPolicyUsage(const Arguments &arguments) {
     printf("Usage: %s -w -u -p <policy_id> -s <0/1>\n", arguments.words[0]);
-    return writeErrorStatus;
+    return errorStatus;
 }
 
 // Whether an exact "-u" follows from position k on, with nothing but options before it.
@@ -43,22 +42,22 @@ Ending readPolicyStateWrite(const Arguments &arguments, int k) {
     }
     if (!parseLong(words[k + 1], policy)) {
         printf("Error: invalid policy_id '%s'\n", words[k + 1]);
-        return writeErrorStatus;
+        return errorStatus;
     }
-    if (exceeds(policy, lastPolicy)) {
+    if (isOutOfRange(policy, lastPolicy)) {
         printf("Error: policy_id %ld out of range [0..15]\n", policy);
-        return writeErrorStatus;
+        return errorStatus;
     }
     if (!arguments.is(k + 2, "-s") || !arguments.has(k + 3)) {
         return failWithPolicyUsage(arguments);
     }
     if (!parseLong(words[k + 3], state)) {
         printf("Error: invalid policy_state '%s'\n", words[k + 3]);
-        return writeErrorStatus;
+        return errorStatus;
     }
-    if (exceeds(state, 1)) {
+    if (isOutOfRange(state, 1)) {
         printf("Error: policy_state must be 0 or 1, got %ld\n", state);
-        return writeErrorStatus;
+        return errorStatus;
     }
     optind = k + 4;
     writePolicyState(static_cast<uint32_t>(policy), static_cast<int32_t>(state));
@@ -81,7 +80,7 @@ Ending readWriteOption(const Arguments &arguments) {
                "  -m                     : interactive overwrite wizard\n"
                "  -p <policy_id> -s <0/1> : write UPM policy state only\n",
                arguments.words[0]);
-        return writeErrorStatus;
+        return errorStatus;
     }
     if (arguments.is(k + 1, "-c")) {
         optind = k + 2;
@@ -90,11 +89,11 @@ Ending readWriteOption(const Arguments &arguments) {
     }
     if (arguments.is(k + 1, "-m")) {
         runOverwriteWizard();
-        return wizardStatus;
+        return errorStatus;
     }
     if (arguments.is(k + 1, "-p")) {
         return readPolicyStateWrite(arguments, k + 1);
     }
     printf("Error: Unknown sub-option '%s' for -w -u\n", arguments.words[k + 1]);
-    return writeErrorStatus;
+    return errorStatus;
 }

@@ -3,7 +3,6 @@
 
 #include "sections/power_consumption.h"
 #include "sections/psu_info.h"
-#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 // Runs that nobody reads are numbered in order, in each struct by itself.
@@ -134,8 +133,118 @@ static_assert(offsetof(sPwrIpmiGlobalSec1, NMHealth) == 724);
 static_assert(offsetof(sPwrIpmiGlobalSec1, throttleState) == 770);
 static_assert(offsetof(sPwrIpmiGlobalSec1, PowerOnReqPSyS) == 798);
 
-// The fields of the section, read off the reports' rows.
-Rows globalSectionFields();
+inline constexpr Views inOffsets = 1;
+inline constexpr Views inValues = 2;
+
+// One row a line.
+// clang-format off
+inline constexpr Row globalSectionRows[] = {
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8NMSupport),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PMBusSupport),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8RapidOn),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PFC),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8MaxPSU),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PSUFWUpdate),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8RedundancyCapability),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8RedundancyPolicy),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8MinPSUCount),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PowerCapEnable),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u16PowerCap),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PowerCapOwner),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u16MaxConsumption),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u16PlatformSupport),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8SizeManagedSys),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8MixedModePSUSupport),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.u8PECIOverSMBusSupport),
+    ROW(sPwrIpmiGlobalSec1, sPowerInfoPWR.au8CPUMisc).as(Format::hexList),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.PwrCap),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.PwrCapUnits),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.PwrCapEnable),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.MinPwr),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.MaxPwr),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.AvailPwr),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.SysThrottling),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.LowThresh),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.HighThresh),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.Test),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.au16VRAmp).as(Format::hexList),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.au16VRAmpRange).as(Format::hexList).onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.au16VRAmpRange).as(Format::hexList).verbatim("   sTolmPwrBudgetTypePWR.au16VRAmpRange[] ------").onlyIn(inValues),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.u8ISCStatus),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.u8ISCReason),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.u8PSUPoweredFlag),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrBudgetTypePWR.u8PSUHotplugFlag),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sNMStatisticsPWR.u16CurPwrPlat),
+    ROW(sPwrIpmiGlobalSec1, sNMStatisticsPWR.u16MinPwrPlat),
+    ROW(sPwrIpmiGlobalSec1, sNMStatisticsPWR.u16MaxPwrPlat),
+    ROW(sPwrIpmiGlobalSec1, sNMStatisticsPWR.u16AvgPwrPlat),
+    ROW(sPwrIpmiGlobalSec1, sNMStatisticsPWR.u32IPMITimeStmp).as(Format::signedDecimal),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sTolmPowerPOSConfigPWR.u8I2CBus),
+    ROW(sPwrIpmiGlobalSec1, sTolmPowerPOSConfigPWR.u8I2CReadSecondaryAddr).as(Format::hex).verbatim("   sTolmPowerPOSConfigPWR.u8I2CReadSecondaryAddr -- "),
+    ROW(sPwrIpmiGlobalSec1, sTolmPowerPOSConfigPWR.u8I2CWriteSecondaryAddr).as(Format::hex).verbatim("   sTolmPowerPOSConfigPWR.u8I2CWriteSecondaryAddr - "),
+    ROW(sPwrIpmiGlobalSec1, sTolmPowerPOSConfigPWR.u8InterruptNum),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrDataTypePWR.pwr),
+    ROW(sPwrIpmiGlobalSec1, sTolmPwrDataTypePWR.amps),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8Status).as(Format::hexList4),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8StatusValid).as(Format::inDecList),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8TempReadingValid).as(Format::inDecList),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8RedundancySensorEnabled),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8RedundancySensorValid),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8RedundancyStatus),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8CalculatedRedundancy),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8RedundancyValidState),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8StatusFAKE).as(Format::hexList),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.u8PSUFaultStatusFAKE).as(Format::hexList),
+    ROW(sPwrIpmiGlobalSec1, sPSStateInfoPWR.testingEnabled),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u8SDRMultiplier),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u32CPStartTime).as(Format::signedDecimal),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u32CumulPower).as(Format::signedDecimal),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u32PeakStartTime).as(Format::signedDecimal),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u32PeakPowerTime).as(Format::signedDecimal),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u16PeakPower),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u32PeakCurrTime).as(Format::signedDecimal),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u16PeakCurrent),
+    ROW(sPwrIpmiGlobalSec1, sSysLevelSensor.u16AvgPower),
+    line(""),
+    ROW(sPwrIpmiGlobalSec1, u8BladeFormFactor),
+    ROW(sPwrIpmiGlobalSec1, u8BPPresenceCount),
+    ROW(sPwrIpmiGlobalSec1, u8AlertDestinationSet),
+    ROW(sPwrIpmiGlobalSec1, u8EnergyCounterUnitSet),
+    ROW(sPwrIpmiGlobalSec1, u8powerPending),
+    ROW(sPwrIpmiGlobalSec1, u8ChassisInfraNotReadyFlag),
+    ROW(sPwrIpmiGlobalSec1, u8BadTimestamp),
+    ROW(sPwrIpmiGlobalSec1, u8BadTimestampCP),
+    ROW(sPwrIpmiGlobalSec1, u8PowerONOFFCount),
+    ROW(sPwrIpmiGlobalSec1, u8ChassisControlFlag),
+    ROW(sPwrIpmiGlobalSec1, au16OOBStat1minAvg).as(Format::decimalList),
+    ROW(sPwrIpmiGlobalSec1, lclPwrMsgIdStatus).as(Format::signedDecimal).labelled("lclPwrMsgIdStatus "),
+    ROW(sPwrIpmiGlobalSec1, u8NMState),
+    ROW(sPwrIpmiGlobalSec1, u8InitAgentComplete),
+    ROW(sPwrIpmiGlobalSec1, u8PSSensorInitComplete),
+    ROW(sPwrIpmiGlobalSec1, u8PowerONOFFState),
+    ROW(sPwrIpmiGlobalSec1, u8PSUFaultCheck),
+    ROW(sPwrIpmiGlobalSec1, CpuPowerStat).nesting(powerRows),
+    ROW(sPwrIpmiGlobalSec1, MemPowerStat).nesting(powerRows),
+    ROW(sPwrIpmiGlobalSec1, NMHealth).labelled("NMHealth -").onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, u8PFPONCount).labelled("u8PFPONCount -").onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, throttleState).labelled("throttleState -").onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, u8IsMovarTimeSet).labelled("u8IsMovarTimeSet -").onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, PowerOnReqPSyS).verbatim("   PowerOnReqPSyS----------------------------- ").onlyIn(inOffsets),
+    ROW(sPwrIpmiGlobalSec1, NMHealth).onlyIn(inValues),
+    ROW(sPwrIpmiGlobalSec1, u8PFPONCount).onlyIn(inValues),
+    ROW(sPwrIpmiGlobalSec1, throttleState).onlyIn(inValues),
+    ROW(sPwrIpmiGlobalSec1, u8IsMovarTimeSet).onlyIn(inValues),
+    line("").onlyIn(inValues),
+    line(""),
+};
+// clang-format on
 
 // Prints the offset of every member of the record, without reading shared memory.
 void printGlobalSectionOffsets();

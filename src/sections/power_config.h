@@ -1,7 +1,7 @@
 // The power configuration section (PWR_CFG_CLR_SEC) and its report.
 #pragma once
 
-#include "sections/rows/table.h"
+#include "rows/row.h"
 #include "shm/shm.h"
 
 // Runs that nobody reads are numbered in order.
@@ -21,8 +21,20 @@ struct __attribute__((packed)) sTolmAbsPowerConfigClr {
 static_assert(sizeof(sTolmAbsPowerConfigClr) == powerConfigSection.size);
 static_assert(offsetof(sTolmAbsPowerConfigClr, cumulativePower) == 32);
 
-// The fields of the section, read off the report's rows.
-Rows powerConfigFields();
+// One row a line.
+// clang-format off
+inline constexpr Row powerConfigRows[] = {
+    ROW(sTolmAbsPowerConfigClr, peakHeadroom),
+    ROW(sTolmAbsPowerConfigClr, instHeadroom),
+    ROW(sTolmAbsPowerConfigClr, peakPowerTime),
+    ROW(sTolmAbsPowerConfigClr, peakPowerStartTime),
+    ROW(sTolmAbsPowerConfigClr, peakAmpsTime),
+    ROW(sTolmAbsPowerConfigClr, peakAmpsStartTime),
+    ROW(sTolmAbsPowerConfigClr, cumulativePower),
+    ROW(sTolmAbsPowerConfigClr, cumulativePowerStartTime),
+    ROW(sTolmAbsPowerConfigClr, cumulativeStartEnergy),
+};
+// clang-format on
 
 // Prints the section field by field; a failed allocation or read prints its message only.
 void dumpPowerConfig();

@@ -2,7 +2,7 @@
 // power section are full of.
 #pragma once
 
-#include "sections/rows/row.h"
+#include "rows/row.h"
 
 struct __attribute__((packed)) sPwrConsEntry {
     uint16_t u16CurPwr;
@@ -16,16 +16,12 @@ static_assert(sizeof(sPwrConsEntry) == 17);
 
 // One row a line.
 // clang-format off
-inline constexpr auto powerRows = [] {
-    using Record = sPwrConsEntry;
-    return rowsOf(
-        ROW(u16CurPwr),
-        ROW(u16MinPwr),
-        ROW(u16MaxPwr),
-        ROW(u16AvgPwr));
-}();
-inline constexpr auto consumptionRows = [] {
-    using Record = sPwrConsEntry;
-    return rowsOf(powerRows, ROW(u32IPMITimeStmp));
-}();
+inline constexpr Row consumptionRows[] = {
+    ROW(sPwrConsEntry, u16CurPwr),
+    ROW(sPwrConsEntry, u16MinPwr),
+    ROW(sPwrConsEntry, u16MaxPwr),
+    ROW(sPwrConsEntry, u16AvgPwr),
+    ROW(sPwrConsEntry, u32IPMITimeStmp),
+};
 // clang-format on
+inline constexpr std::span<const Row> powerRows = std::span(consumptionRows).first(4);

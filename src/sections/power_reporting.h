@@ -3,7 +3,6 @@
 #pragma once
 
 #include "sections/power_consumption.h"
-#include "sections/rows/table.h"
 #include "shm/shm.h"
 
 // Utilisation statistics (CUPS) of one kind over one period.
@@ -169,10 +168,6 @@ static_assert(offsetof(sTolmAbsPowerReporting, hour_oob_data) == 383);
 static_assert(offsetof(sTolmAbsPowerReporting, day_oob_data) == 863);
 static_assert(offsetof(sTolmAbsPowerReporting, week_oob_data) == 1055);
 static_assert(offsetof(sTolmAbsPowerReporting, peak_util_start_time_cups_cpu) == 1167);
-static_assert(offsetof(sTolmAbsPowerReporting, CpuPwrCons) == 1183);
-static_assert(offsetof(sTolmAbsPowerReporting, MemPwrCons) == 1268);
-static_assert(offsetof(sTolmAbsPowerReporting, SystemInputPwrCons) == 1421);
-static_assert(offsetof(sTolmAbsPowerReporting, SystemOutputPwrCons) == 1438);
 static_assert(offsetof(sTolmAbsPowerReporting, subSystemCurrentChannel) == 1455);
 static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerChannel) == 1471);
 static_assert(offsetof(sTolmAbsPowerReporting, subSystemPowerData) == 1487);
@@ -180,9 +175,179 @@ static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
 static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
 static_assert(offsetof(sTolmAbsPowerReporting, upmBlock) == 28661);
 
-// The fields of the front, read off the report's rows.
-Rows powerReportingFields();
+// Byte offsets in the section of the current power readings, the u16CurPwr of each entry. Entry i
+// of an array lies i * sizeof(sPwrConsEntry) bytes after the first.
+inline constexpr size_t cpuPowerOffset = offsetof(sTolmAbsPowerReporting, CpuPwrCons[0].u16CurPwr);
+inline constexpr size_t memPowerOffset = offsetof(sTolmAbsPowerReporting, MemPwrCons[0].u16CurPwr);
+inline constexpr size_t systemInputPowerOffset =
+    offsetof(sTolmAbsPowerReporting, SystemInputPwrCons.u16CurPwr);
+inline constexpr size_t systemOutputPowerOffset =
+    offsetof(sTolmAbsPowerReporting, SystemOutputPwrCons.u16CurPwr);
+static_assert(cpuPowerOffset == 1183);
+static_assert(memPowerOffset == 1268);
+static_assert(systemInputPowerOffset == 1421);
+static_assert(systemOutputPowerOffset == 1438);
 
-// Prints the front of the section; a failed allocation or read prints its message
-// only.
+// The lines of one kind's statistics over a period.
+#define AVERAGE_AND_MINIMUM(period, kind)                                                          \
+    ROW(sTolmAbsPowerReporting, period.kind.average).labelled(#period "_avg_cups_" #kind),         \
+        ROW(sTolmAbsPowerReporting, period.kind.minimum).labelled(#period "_min_cups_" #kind),     \
+        ROW(sTolmAbsPowerReporting, period.kind.minimumTime)                                       \
+            .labelled(#period "_min_cups_" #kind "_time")
+#define MAXIMUM(period, kind)                                                                      \
+    ROW(sTolmAbsPowerReporting, period.kind.maximum).labelled(#period "_max_cups_" #kind)
+#define MAXIMUM_TIME(period, kind)                                                                 \
+    ROW(sTolmAbsPowerReporting, period.kind.maximumTime)                                           \
+        .labelled(#period "_max_cups_" #kind "_time")
+#define STATISTICS(period, kind)                                                                   \
+    AVERAGE_AND_MINIMUM(period, kind), MAXIMUM(period, kind), MAXIMUM_TIME(period, kind)
+
+// One row a line.
+// clang-format off
+// Each entry takes one line, which the report prints by itself.
+inline constexpr Row readingRows[] = {
+    ROW(sOOBData, cups_cpu_usage).verbatim("\tcups_cpu_usage = "),
+    ROW(sOOBData, cups_mem_usage).verbatim("\tcups_mem_usage = "),
+    ROW(sOOBData, cups_io_usage).verbatim("\tcups_io_usage = "),
+    ROW(sOOBData, cups_syslvl_usage).verbatim("\tcups_syslvl_usage = "),
+};
+
+inline constexpr Row regulatorRows[] = {
+    ROW(sVcoreVRData, u32IPMITimeStmp),
+    ROW(sVcoreVRData, temp),
+    ROW(sVcoreVRData, Vin),
+    ROW(sVcoreVRData, Vout),
+    ROW(sVcoreVRData, Pout),
+    ROW(sVcoreVRData, Iout),
+    ROW(sVcoreVRData, CntlrTemp),
+    ROW(sVcoreVRData, Pcc),
+    ROW(sVcoreVRData, Ocw),
+    ROW(sVcoreVRData, FinalICA),
+    ROW(sVcoreVRData, DisplayName),
+    ROW(sVcoreVRData, PlanarId),
+    ROW(sVcoreVRData, VendorName),
+};
+
+inline constexpr Row powerReportingRows[] = {
+    ROW(sTolmAbsPowerReporting, peakHeadroom),
+    ROW(sTolmAbsPowerReporting, instHeadroom),
+    ROW(sTolmAbsPowerReporting, bladePowerAllocation),
+    ROW(sTolmAbsPowerReporting, psuRedundancyCapability),
+    ROW(sTolmAbsPowerReporting, systemCapabilities).as(Format::signedDecimal),
+    ROW(sTolmAbsPowerReporting, activePolicyCapWatts),
+    ROW(sTolmAbsPowerReporting, lastHourAvgPower),
+    ROW(sTolmAbsPowerReporting, lastHourMinPowerTime),
+    ROW(sTolmAbsPowerReporting, lastHourMinPower),
+    ROW(sTolmAbsPowerReporting, lastHourMaxPower),
+    ROW(sTolmAbsPowerReporting, lastHourMaxPowerTime),
+    ROW(sTolmAbsPowerReporting, lastDayAvgPower),
+    ROW(sTolmAbsPowerReporting, lastDayMinPower),
+    ROW(sTolmAbsPowerReporting, lastDayMinPowerTime),
+    ROW(sTolmAbsPowerReporting, lastDayMaxPowerTime),
+    ROW(sTolmAbsPowerReporting, lastDayMaxPower),
+    ROW(sTolmAbsPowerReporting, lastWeekAvgPower),
+    ROW(sTolmAbsPowerReporting, lastWeekMinPower),
+    ROW(sTolmAbsPowerReporting, lastWeekMinPowerTime).as(Format::signedDecimal),
+    ROW(sTolmAbsPowerReporting, lastWeekMaxPower),
+    ROW(sTolmAbsPowerReporting, activePolicyName),
+    ROW(sTolmAbsPowerReporting, activePolicyValue1),
+    ROW(sTolmAbsPowerReporting, activePolicyValue2),
+    line("   sPowerReportSection.sysPwrConsumption :"),
+    ROW(sTolmAbsPowerReporting, sysPwrConsumption.instWattsPSU1_2),
+    ROW(sTolmAbsPowerReporting, sysPwrConsumption.instAmpsPSU1_2),
+    ROW(sTolmAbsPowerReporting, sysPwrConsumption.SCViewSledPwr),
+    ROW(sTolmAbsPowerReporting, sysPwrConsumption.SCViewSledCur),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.collectionPending),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.startMonitoring),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.retryCtr),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.cmaxValid),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.mmaxValid),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.imaxValid),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.CUPS_CMAX),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.CUPS_MMAX),
+    ROW(sTolmAbsPowerReporting, peciCupsUtilLimits.CUPS_IMAX),
+    ROW(sTolmAbsPowerReporting, CUPS_CPU),
+    ROW(sTolmAbsPowerReporting, CUPS_MEM),
+    ROW(sTolmAbsPowerReporting, CUPS_IO),
+    ROW(sTolmAbsPowerReporting, CUPS_SYS),
+    line("   sPowerReportSection CUPS for last hour:"),
+    STATISTICS(last_hour, cpu),
+    STATISTICS(last_hour, io),
+    AVERAGE_AND_MINIMUM(last_hour, mem),
+    MAXIMUM(last_hour, mem),
+    ROW(sTolmAbsPowerReporting, last_hour.mem.maximumTime).labelled("last_hour_max_cups_men_time"),
+    AVERAGE_AND_MINIMUM(last_hour, sys),
+    ROW(sTolmAbsPowerReporting, last_hour.sys.maximum).verbatim("   sPowerReportSection.last_hour_max_cups_sys------ "),
+    MAXIMUM_TIME(last_hour, sys),
+    line("   sPowerReportSection CUPS for last_day:"),
+    STATISTICS(last_day, cpu),
+    STATISTICS(last_day, io),
+    AVERAGE_AND_MINIMUM(last_day, mem),
+    MAXIMUM(last_day, mem),
+    ROW(sTolmAbsPowerReporting, last_day.mem.maximumTime).labelled("last_day_max_cups_men_time"),
+    AVERAGE_AND_MINIMUM(last_day, sys),
+    ROW(sTolmAbsPowerReporting, last_day.sys.maximum).verbatim("   sPowerReportSection.last_day_max_cups_sys------ "),
+    MAXIMUM_TIME(last_day, sys),
+    line("   sPowerReportSection CUPS for last week:"),
+    STATISTICS(last_week, cpu),
+    STATISTICS(last_week, io),
+    STATISTICS(last_week, mem),
+    STATISTICS(last_week, sys),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_cpu),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_io),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_mem),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_sys),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_cpu_time),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_io_time),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_mem_time),
+    ROW(sTolmAbsPowerReporting, peak_util_cups_sys_time),
+    line("   sPowerReportSection.hour_oob_data.OOBData[0-59] (average readings, last 60 minutes):"),
+    ROW(sTolmAbsPowerReporting, hour_oob_data).nesting(readingRows).verbatim("   Last minute-"),
+    line("\n   sPowerReportSection.day_oob_data.OOBData[0-23] (average readings, last 24 hours):"),
+    ROW(sTolmAbsPowerReporting, day_oob_data).nesting(readingRows).verbatim("   Last hour-"),
+    line("\n   sPowerReportSection.week_oob_data.OOBData[0-13] (average readings, last 14 days):"),
+    ROW(sTolmAbsPowerReporting, week_oob_data).nesting(readingRows).verbatim("   Last day-"),
+    line(""),
+    ROW(sTolmAbsPowerReporting, peak_util_start_time_cups_cpu).as(Format::timeOnly),
+    ROW(sTolmAbsPowerReporting, peak_util_start_time_cups_mem).as(Format::timeOnly),
+    ROW(sTolmAbsPowerReporting, peak_util_start_time_cups_io).as(Format::timeOnly).verbatim("   sPowerReportSection.peak_util_start_time_cups_io ------- "),
+    ROW(sTolmAbsPowerReporting, peak_util_start_time_cups_sys).as(Format::timeOnly),
+    line("\n   sPowerReportSection.power monitoring consumption data:"),
+    ROW(sTolmAbsPowerReporting, CpuPwrCons).nesting(consumptionRows),
+    ROW(sTolmAbsPowerReporting, MemPwrCons).nesting(consumptionRows),
+    ROW(sTolmAbsPowerReporting, SystemInputPwrCons).nesting(consumptionRows),
+    ROW(sTolmAbsPowerReporting, SystemOutputPwrCons).nesting(consumptionRows),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.currentChannel1),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.voltageChannel1),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.currentChannel2),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.voltageChannel2),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.currentChannel3),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.voltageChannel3),
+    ROW(sTolmAbsPowerReporting, subSystemCurrentChannel.time),
+    ROW(sTolmAbsPowerReporting, subSystemPowerChannel.powerChannel1),
+    ROW(sTolmAbsPowerReporting, subSystemPowerChannel.powerChannel2),
+    ROW(sTolmAbsPowerReporting, subSystemPowerChannel.powerChannel3),
+    ROW(sTolmAbsPowerReporting, subSystemPowerChannel.time),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.storagePower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.pciePower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.fanPower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.gpuFanPower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.computeBoardPower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.gpuBoardPower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.psbPower),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.prochotcntr),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.pwrbrkcntr),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.smbaltcntr),
+    ROW(sTolmAbsPowerReporting, subSystemPowerData.time),
+    ROW(sTolmAbsPowerReporting, vcoreVRData).nesting(regulatorRows),
+    line("\n   cups sub second sample data: "),
+    ROW(sTolmAbsPowerReporting, cpuSample).as(Format::threePlaces).verbatim("   cpuSample = "),
+};
+// clang-format on
+#undef AVERAGE_AND_MINIMUM
+#undef MAXIMUM
+#undef MAXIMUM_TIME
+#undef STATISTICS
+
+// Prints the front of the section. A failed allocation or read prints its message only.
 void dumpPowerReporting();

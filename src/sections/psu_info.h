@@ -1,7 +1,7 @@
 // The PSU information section (PSU_INFO_SEC) and its report.
 #pragma once
 
-#include "sections/rows/table.h"
+#include "rows/row.h"
 #include "shm/shm.h"
 
 inline constexpr int32_t psuCount = 12;
@@ -101,9 +101,86 @@ struct __attribute__((packed)) sPSUInfoSection {
 static_assert(sizeof(sPSUInfoSection) == psuInfoSection.size);
 static_assert(offsetof(sPSUInfoSection, buses) == 9792);
 
-// The fields of a unit and of its bus record, read off the report's rows.
-Rows psuFields();
-Rows psuBusFields();
+// Which maximum input voltage is shown depends on the unit's type.
+inline constexpr Views withVinDCMax = 1;
+inline constexpr Views withVinMax = 2;
+
+// One row a line; those of the bus record stand between the unit's.
+// clang-format off
+inline constexpr Row psuRowsBeforeBus[] = {
+    ROW(sTolmAbsPSUInfo, inputRatingWatts),
+    ROW(sTolmAbsPSUInfo, outputRatingWatts),
+    ROW(sTolmAbsPSUInfo, psuFwVersion).as(Format::hexListAndText).verbatim("   sPSUPwrSection.psuFwVersion[] --------------- "),
+    ROW(sTolmAbsPSUInfo, lineStatus),
+    ROW(sTolmAbsPSUInfo, lineStatusShadow),
+    ROW(sTolmAbsPSUInfo, status),
+    ROW(sTolmAbsPSUInfo, psuType),
+    ROW(sTolmAbsPSUInfo, psuCapabilities).as(Format::signedDecimal),
+    ROW(sTolmAbsPSUInfo, psuSlot),
+    ROW(sTolmAbsPSUInfo, psuPartNum).as(Format::hexListAndText),
+    ROW(sTolmAbsPSUInfo, psuFRUInfo).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, psuComponentId).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, psuNonCommMode),
+    ROW(sTolmAbsPSUInfo, psuISPMode),
+    ROW(sTolmAbsPSUInfo, inputRatingAmps),
+    ROW(sTolmAbsPSUInfo, inputRatingVolts).as(Format::signedDecimal),
+};
+
+inline constexpr Row psuBusRows[] = {
+    ROW(sPSUBusInfo, bus),
+    ROW(sPSUBusInfo, physicalBus),
+    ROW(sPSUBusInfo, address),
+    ROW(sPSUBusInfo, deviceName).verbatim("   sPSUPwrSection.psuBus.deviceName ------ "),
+};
+
+inline constexpr Row psuRowsAfterBus[] = {
+    line(""),
+    ROW(sTolmAbsPSUInfo, psuACRatedWatts),
+    ROW(sTolmAbsPSUInfo, psuDCRatedWatts),
+    ROW(sTolmAbsPSUInfo, psuACRatedAmps),
+    ROW(sTolmAbsPSUInfo, psuACRatedVolts),
+    ROW(sTolmAbsPSUInfo, psuAddressesValid),
+    ROW(sTolmAbsPSUInfo, psuFwVersion).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, psuInstalled),
+    ROW(sTolmAbsPSUInfo, psuPMBus),
+    ROW(sTolmAbsPSUInfo, psuFwUpdate),
+    ROW(sTolmAbsPSUInfo, psuFwRequestStatus),
+    ROW(sTolmAbsPSUInfo, psuFwUpdateStatus),
+    ROW(sTolmAbsPSUInfo, psuFwUpdatePwrOFF),
+    ROW(sTolmAbsPSUInfo, u8PMBusCRCFailEvent),
+    ROW(sTolmAbsPSUInfo, psuAmpReading),
+    ROW(sTolmAbsPSUInfo, psuPwrReading),
+    ROW(sTolmAbsPSUInfo, u8PSUFeatures),
+    ROW(sTolmAbsPSUInfo, u8SleepTrip),
+    ROW(sTolmAbsPSUInfo, u8WakeTrip),
+    ROW(sTolmAbsPSUInfo, u16PinMax),
+    ROW(sTolmAbsPSUInfo, u16VinDCMax).as(Format::signedDecimal).verbatim("   sPSUPwrSection.u16VinDCMax ------------- ").onlyIn(withVinDCMax),
+    ROW(sTolmAbsPSUInfo, u16VinMax).onlyIn(withVinMax),
+    ROW(sTolmAbsPSUInfo, u16IinMax),
+    ROW(sTolmAbsPSUInfo, u16PoutMax),
+    ROW(sTolmAbsPSUInfo, u16PoutMaxDisplay),
+    ROW(sTolmAbsPSUInfo, u16VoutMax),
+    ROW(sTolmAbsPSUInfo, u16IoutMax),
+    ROW(sTolmAbsPSUInfo, u8PMBusRevision),
+    ROW(sTolmAbsPSUInfo, u8VRSubsystem),
+    ROW(sTolmAbsPSUInfo, u8PSUFRURead),
+    ROW(sTolmAbsPSUInfo, IinOCWLimitMax).verbatim("   sPSUPwrSection.IinOCWLimitMax ---------- "),
+    ROW(sTolmAbsPSUInfo, IinOCWLimitMin).verbatim("   sPSUPwrSection.IinOCWLimitMin ---------- "),
+    ROW(sTolmAbsPSUInfo, inputOCWHalf).verbatim("   sPSUPwrSection.inputOCWHalf ------------ "),
+    ROW(sTolmAbsPSUInfo, psuShareMargin).verbatim("   sPSUPwrSection.psuShareMargin ---------- "),
+    ROW(sTolmAbsPSUInfo, inputOCW[0]).verbatim("   sPSUPwrSection.inputOCW[0] ------ -- "),
+    ROW(sTolmAbsPSUInfo, inputOCW[1]).verbatim("   sPSUPwrSection.inputOCW[1] ------ -- "),
+    ROW(sTolmAbsPSUInfo, u8SerialNumber).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, u8PSUEfficiency).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, Pin).verbatim("   sPSUPwrSection.Pin --------- "),
+    ROW(sTolmAbsPSUInfo, Iin).verbatim("   sPSUPwrSection.Iin ---------- "),
+    ROW(sTolmAbsPSUInfo, Vin).verbatim("   sPSUPwrSection.Vin ---------- "),
+    ROW(sTolmAbsPSUInfo, Pout).verbatim("   sPSUPwrSection.Pout --------- "),
+    ROW(sTolmAbsPSUInfo, Iout).verbatim("   sPSUPwrSection.Iout --------- "),
+    ROW(sTolmAbsPSUInfo, Vout).verbatim("   sPSUPwrSection.Vout --------- "),
+    ROW(sTolmAbsPSUInfo, FanSpeed1).verbatim("   sPSUPwrSection.FanSpeed1 ---- "),
+};
+// clang-format on
 
 // Prints all units, installed or not, each from two reads of its own. A failed allocation or
 // a failed read of a unit's record prints its message and ends the report there; a failed read of a

@@ -1,8 +1,9 @@
 #include "upm/policy_writes.h"
 
-#include "upm/block.h"
+#include "upm/upm_block.h"
 
 #include <cstdio>
+#include <cstring>
 
 void writePolicyState(uint32_t policy, int32_t state) {
     if (policy >= policyCount) {
@@ -14,15 +15,15 @@ void writePolicyState(uint32_t policy, int32_t state) {
 }
 
 void clearPolicyData() {
-    const SectionBuffer section = readSectionOfBlock(MessageEnd::open);
+    constexpr size_t clearedSize = sizeof(sPolicy::state) + sizeof(sPolicy::policyPowerLimit);
+    static_assert(offsetof(sPolicy, policyPowerLimitMultiplier) == clearedSize);
+    const SectionBuffer section = readWholeSection(powerReportingSection, MessageEnd::open);
     if (!section) {
         return;
     }
-    uint8_t *block = blockIn(section.get());
-    for (size_t i = 0; i < policyCount; ++i) {
-        auto *policy = reinterpret_cast<sPolicy *>(block + policyOffset(i));
-        policy->state = 0;
-        policy->policyPowerLimit = 0;
+    uint8_t *block = section.get() + upmBlockOffset;
+    for (size_t policy = 0; policy < policyCount; ++policy) {
+        memset(block + policyOffset(policy), 0, clearedSize);
     }
     writeUpmBlock(policyDataOffset, block + policyDataOffset, policyDataSize);
     puts("Cleared policyPowerLimit and state for all 0 -15 policies.");

@@ -1,13 +1,9 @@
 #include "upm/timestamp.h"
 
-#include "sections/rows/print_rows.h"
-#include "upm/block.h"
-
 #include <cstdio>
 #include <ctime>
 
-void printUpmTimestamp(const uint8_t *section) {
-    const auto milliseconds = load<uint64_t>(blockIn(section) + offsetof(sUpmBlock, timestamp));
+void printUpmTimestamp(uint64_t milliseconds) {
     const auto seconds = static_cast<time_t>(milliseconds / 1000);
     tm local{};
     char dateAndTime[64];

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-// Prints the UPM timestamp of a copy of the power reporting section, milliseconds since 1970-01-01
-// 00:00:00 UTC, as local date and time with milliseconds. A time that the system cannot convert, or
-// a year of more than seven characters, prints a line that says so.
-void printUpmTimestamp(const uint8_t *section);
+// Prints the UPM timestamp, milliseconds since 1970-01-01 00:00:00 UTC, as local date and time with
+// milliseconds. A time that the system cannot convert, or a year of more than seven characters,
+// prints a line that says so.
+void printUpmTimestamp(uint64_t milliseconds);

@@ -2,12 +2,6 @@
 // of the power reporting section; a failed allocation or read prints its message only.
 #pragma once
 
-#include "sections/rows/table.h"
-
-// The fields of the power limits and of the thermal data in the block, read off the views' rows.
-Rows powerLimitFields();
-Rows thermalFields();
-
 // Current power readings, CPU power limits, thermal data and all policies.
 void dumpUpmData();
 

@@ -1,72 +1,49 @@
-#include "sections/rows/table.h"
+#include "wizard/policy_editor.h"
+
 #include "upm/policy_report.h"
-#include "upm/writable_fields.h"
-#include "wizard/editors.h"
-#include "wizard/prompts.h"
+#include "upm/upm_block.h"
+#include "wizard/ask_value.h"
 
 #include <cstdio>
 
-static constexpr int32_t fieldCount = std::size(policyFields);
-
-static constexpr auto bounds = boundsOf<policyFields>;
-
-// What stands behind a field's name.
-struct Hints {
-    const char *menu;
-    const char *prompt;
-};
-
-static RowView rowOfField(size_t field) {
-    return tableOf<policyFields>()[field];
-}
-
-static bool isDomain(size_t field) {
-    return rowOfField(field).shape.kind == Kind::domain;
-}
-
-static bool isSwitch(size_t field) {
-    return bounds[field] == 1;
-}
-
-static Hints hintsOf(size_t field) {
-    if (isDomain(field)) {
-        return {" (0=cpu,1=mem,2=system,3=gpu)", " (0=cpu..3=gpu)"};
-    }
-    return {isSwitch(field) ? " (0/1)" : "", ""};
-}
+// The fields that may be written, which all are. Their numbers in the menu begin at 1.
+static constexpr int32_t fieldCount =
+    std::count_if(std::begin(policyRows), std::end(policyRows),
+                  [](const Row &row) { return row.bound.has_value(); });
 
 static void printMenu(int32_t policy) {
+    int32_t number = 0;
     printf("Policy editor fields (policy %d):\n", policy);
-    for (size_t field = 0; field < fieldCount; ++field) {
-        const std::string_view name = rowOfField(field).label;
-        printf("%3zu) %.*s%s\n", field + 1, static_cast<int>(name.size()), name.data(),
-               hintsOf(field).menu);
+    for (const Row &row : policyRows) {
+        if (row.bound) {
+            const char *hint = row.type == Type::domain ? " (0=cpu,1=mem,2=system,3=gpu)" : "";
+            printf("%3d) %s%s\n", ++number, row.label.data(), row.isSwitch ? " (0/1)" : hint);
+        }
     }
     puts("  0) Back ");
 }
 
-// Asks for a field's value. Returns whether one was accepted.
-static bool askForValue(size_t field, uint32_t &value) {
-    const std::string_view name = rowOfField(field).label;
-    char label[64];
-    snprintf(label, sizeof label, "%.*s%s", static_cast<int>(name.size()), name.data(),
-             hintsOf(field).prompt);
-    if (!isSwitch(field) && !isDomain(field)) {
-        return promptUnsigned(label, bounds[field], value) == 0;
+static const Row &fieldOfNumber(int32_t number) {
+    const Row *row = policyRows;
+    while (!row->bound || --number > 0) {
+        ++row;
     }
-    int64_t number = 0;
-    const bool isAccepted = promptLong(label, bounds[field], number) == 0;
-    value = static_cast<uint32_t>(number);
-    return isAccepted;
+    return *row;
 }
 
-static void editField(int32_t policy, size_t field) {
-    uint32_t value = 0;
-    if (askForValue(field, value)) {
-        const RowShape shape = rowOfField(field).shape;
-        // Of a value wider than its field the low bytes are written, which come first.
-        writeUpmBlock(policyOffset(static_cast<size_t>(policy)) + shape.offset, &value, shape.size);
+// Asks for a field's value. Returns whether one was accepted.
+static bool askForValue(const Row &field, uint32_t &value) {
+    const uint32_t max = *field.bound;
+    if (!field.isSwitch && field.type != Type::domain) {
+        return promptUnsigned(field.label.data(), max, value) == 0;
     }
+    char label[64];
+    int64_t number = 0;
+    snprintf(label, sizeof label, "%s%s", field.label.data(),
+             field.type == Type::domain ? " (0=cpu..3=gpu)" : "");
+    const bool isAccepted = promptLong(label, max, number) == 0;
+    value = static_cast<uint32_t>(number);
+    return isAccepted;
 }
 
 void editPolicy() {
@@ -81,6 +58,12 @@ void editPolicy() {
         if (promptInt("Select", 0, fieldCount, number) != 0 || number == 0) {
             return;
         }
-        editField(policy, static_cast<size_t>(number) - 1);
+        const Row &field = fieldOfNumber(number);
+        uint32_t value = 0;
+        if (askForValue(field, value)) {
+            // Of a value wider than its field the low bytes are written, which come first.
+            writeUpmBlock(policyOffset(static_cast<size_t>(policy)) + field.offset, &value,
+                          field.size);
+        }
     }
 }

@@ -1,27 +1,29 @@
-#include "sections/rows/print_rows.h"
-#include "wizard/editors.h"
-#include "wizard/prompts.h"
-#include "wizard/section_editing.h"
+#include "wizard/power_limits_editor.h"
+
+#include "wizard/ask_to_overwrite.h"
+#include "wizard/ask_value.h"
 
 #include <cstdio>
+
+static constexpr size_t powerLimitsOffset = offsetof(sUpmBlock, powerLimits);
 
 // One question a line.
 // clang-format off
 static constexpr Question cpuQuestions[] = {
-    QUESTION("Overwrite PPL?", "PPL", powerLimits.cpuPPL),
-    QUESTION("Overwrite PL1?", "PL1", powerLimits.cpuPL1),
-    QUESTION("Overwrite PL2?", "PL2", powerLimits.cpuPL2),
-    QUESTION("Overwrite PL4?", "PL4", powerLimits.cpuPL4),
-    QUESTION("Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", powerLimits.dimmBwThrtlPerc),
+    {"Overwrite PPL?", "PPL", rowOf(powerLimitRows, "cpuPPL")},
+    {"Overwrite PL1?", "PL1", rowOf(powerLimitRows, "cpuPL1")},
+    {"Overwrite PL2?", "PL2", rowOf(powerLimitRows, "cpuPL2")},
+    {"Overwrite PL4?", "PL4", rowOf(powerLimitRows, "cpuPL4")},
+    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", rowOf(powerLimitRows, "dimmBwThrtlPerc")},
 };
 static constexpr Question systemQuestions[] = {
-    QUESTION("Overwrite sysPL1?", "sysPL1", powerLimits.sysPL1),
-    QUESTION("Overwrite sysPL2?", "sysPL2", powerLimits.sysPL2),
+    {"Overwrite sysPL1?", "sysPL1", rowOf(powerLimitRows, "sysPL1")},
+    {"Overwrite sysPL2?", "sysPL2", rowOf(powerLimitRows, "sysPL2")},
 };
 // clang-format on
 
 static sPowerLimits limitsOf(const uint8_t *copy) {
-    return load<sPowerLimits>(blockIn(copy) + offsetof(sUpmBlock, powerLimits));
+    return load<sPowerLimits>(blockIn(copy) + powerLimitsOffset);
 }
 
 static void printCpuLimits(const sPowerLimits &limits, int32_t cpu) {
@@ -65,11 +67,11 @@ void editCpuPowerLimits() {
             }
             printf("Current ");
             printCpuLimits(limitsOf(copy), cpu);
-            askQuestions(cpuQuestions, cpu);
+            askToOverwrite(cpuQuestions, powerLimitsOffset, cpu);
         } else {
             printf("Current: ");
             printSystemLimits(limitsOf(copy));
-            askQuestions(systemQuestions, 0);
+            askToOverwrite(systemQuestions, powerLimitsOffset, 0);
         }
         if (readCopy(copy)) {
             previewCpuPowerLimits(copy);

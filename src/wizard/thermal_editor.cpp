@@ -1,25 +1,27 @@
-#include "sections/rows/print_rows.h"
-#include "wizard/editors.h"
-#include "wizard/prompts.h"
-#include "wizard/section_editing.h"
+#include "wizard/thermal_editor.h"
+
+#include "wizard/ask_to_overwrite.h"
+#include "wizard/ask_value.h"
 
 #include <cstdio>
 
 static constexpr int32_t allCpus = -1;
 
+static constexpr size_t thermalOffset = offsetof(sUpmBlock, cpuPwrThermal);
+
 // One question a line.
 // clang-format off
 static constexpr Question questions[] = {
-    QUESTION("Overwrite rawdts?", "rawdts", cpuPwrThermal.rawdts),
-    QUESTION("Overwrite thermalMargin?", "thermalMargin", cpuPwrThermal.thermalMargin),
-    QUESTION("Overwrite cpupkgPwr?", "cpupkgPwr", cpuPwrThermal.cpupkgPwr),
-    QUESTION("Overwrite tarTemp?", "tarTemp", cpuPwrThermal.tarTemp),
-    QUESTION("Overwrite dimmPwr (double)?", "dimmPwr", cpuPwrThermal.dimmPwr),
+    {"Overwrite rawdts?", "rawdts", rowOf(thermalRows, "rawdts")},
+    {"Overwrite thermalMargin?", "thermalMargin", rowOf(thermalRows, "thermalMargin")},
+    {"Overwrite cpupkgPwr?", "cpupkgPwr", rowOf(thermalRows, "cpupkgPwr")},
+    {"Overwrite tarTemp?", "tarTemp", rowOf(thermalRows, "tarTemp")},
+    {"Overwrite dimmPwr (double)?", "dimmPwr", rowOf(thermalRows, "dimmPwr")},
 };
 // clang-format on
 
 static void previewThermal(const uint8_t *copy, int32_t onlyCpu) {
-    const auto thermal = load<sCpuPwrThermal>(blockIn(copy) + offsetof(sUpmBlock, cpuPwrThermal));
+    const auto thermal = load<sCpuPwrThermal>(blockIn(copy) + thermalOffset);
     puts("\n--- Thermal Preview ---");
     for (int32_t cpu = 0; cpu < cpuCount; ++cpu) {
         if (onlyCpu == allCpus || onlyCpu == cpu) {
@@ -45,7 +47,7 @@ void editThermalData() {
             return;
         }
         previewThermal(copy, cpu);
-        askQuestions(questions, cpu);
+        askToOverwrite(questions, thermalOffset, cpu);
         if (readCopy(copy)) {
             previewThermal(copy, cpu);
         }

@@ -1,22 +1,14 @@
 #include "wizard/wizard.h"
 
-#include "wizard/editors.h"
-#include "wizard/prompts.h"
+#include "wizard/ask_value.h"
+#include "wizard/policy_editor.h"
+#include "wizard/power_limits_editor.h"
+#include "wizard/thermal_editor.h"
 
 #include <cstdio>
 
-static void editGroup(int32_t group) {
-    switch (group) {
-    case 1:
-        editCpuPowerLimits();
-        break;
-    case 2:
-        editThermalData();
-        break;
-    default:
-        editPolicy();
-    }
-}
+// In the order of the menu.
+static constexpr void (*editors[])() = {editCpuPowerLimits, editThermalData, editPolicy};
 
 void runOverwriteWizard() {
     for (;;) {
@@ -30,7 +22,7 @@ void runOverwriteWizard() {
         if (promptInt("Select", 0, 3, group) != 0 || group == 0) {
             return;
         }
-        editGroup(group);
+        editors[group - 1]();
         puts("\nNext?\n"
              " 1) Continue same group\n"
              " 2) Switch group\n"
@@ -39,7 +31,7 @@ void runOverwriteWizard() {
             return;
         }
         if (next == 1) {
-            editGroup(group);
+            editors[group - 1]();
         }
     }
 }

@@ -1,0 +1,50 @@
+// What the demo data are made of.
+#pragma once
+
+#include "sections/power_consumption.h"
+
+#include <cstdio>
+#include <ctime>
+#include <initializer_list>
+
+inline void setFlags(std::initializer_list<uint8_t *> flags) {
+    for (uint8_t *flag : flags) {
+        *flag = 1;
+    }
+}
+
+inline uint32_t secondsAgo(int seconds) {
+    return static_cast<uint32_t>(time(nullptr) - seconds);
+}
+
+inline Time32 minutesAgo(int minutes) {
+    return static_cast<Time32>(secondsAgo(60 * minutes));
+}
+
+inline uint16_t u16(int value) {
+    return static_cast<uint16_t>(value);
+}
+
+template <size_t size> void setText(char (&field)[size], const char *format, int number) {
+    for (char &character : field) {
+        character = '\0';
+    }
+    snprintf(field, size, format, number);
+}
+
+// Without a NUL: what is left of the field is blanks.
+template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
+    for (size_t i = 0; i < size; ++i) {
+        field[i] = static_cast<uint8_t>(*text != '\0' ? *text++ : ' ');
+    }
+}
+
+inline sPwrConsEntry consumptionOf(int current, int minutes) {
+    sPwrConsEntry entry{};
+    entry.u16CurPwr = u16(current);
+    entry.u16MinPwr = u16(current * 6 / 10);
+    entry.u16MaxPwr = u16(current * 14 / 10);
+    entry.u16AvgPwr = u16(current * 9 / 10);
+    entry.u32IPMITimeStmp = minutesAgo(minutes);
+    return entry;
+}

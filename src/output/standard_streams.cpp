@@ -1,0 +1,54 @@
+#include "output/standard_streams.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+// Why the first write that failed did so; 0 as long as none has.
+static int lostReason = 0;
+
+// Opens a descriptor on /dev/null if it is closed. Returns whether it is open now.
+static bool openOnNull(int descriptor) {
+    if (fcntl(descriptor, F_GETFD) >= 0) {
+        return true;
+    }
+    const int opened = open("/dev/null", O_RDONLY);
+    return opened == descriptor || (opened >= 0 && dup2(opened, descriptor) == descriptor);
+}
+
+bool openStandardStreams(const char *program) {
+    static char outputBuffer[16384];
+    openOnNull(STDIN_FILENO); // a closed one reads as one that has ended
+    if (!openOnNull(STDOUT_FILENO) || !openOnNull(STDERR_FILENO)) {
+        fprintf(stderr, "%s: standard output is closed, and /dev/null cannot take its place: %s\n",
+                program, strerror(errno));
+        return false;
+    }
+    if (isatty(STDOUT_FILENO) == 0) {
+        setvbuf(stdout, outputBuffer, _IOFBF, sizeof outputBuffer);
+    }
+    return true;
+}
+
+void noteLostOutput() {
+    if (lostReason == 0 && ferror(stdout) != 0) {
+        lostReason = errno;
+    }
+}
+
+void flushStandardOutput() {
+    fflush(stdout);
+    noteLostOutput();
+}
+
+bool closeStandardOutput(const char *program) {
+    flushStandardOutput();
+    if (fclose(stdout) == 0 && lostReason == 0) {
+        return true;
+    }
+    fprintf(stderr, "%s: standard output: %s\n", program,
+            strerror(lostReason != 0 ? lostReason : errno));
+    return false;
+}

@@ -1,0 +1,100 @@
+#include "output/text_buffer.h"
+
+#include "output/standard_streams.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+void TextBuffer::flush() {
+    fwrite_unlocked(text, 1, used, stdout);
+    noteLostOutput();
+    flushed += used;
+    used = 0;
+}
+
+void TextBuffer::putLong(std::string_view characters) {
+    flush();
+    fwrite_unlocked(characters.data(), 1, characters.size(), stdout);
+    flushed += characters.size();
+}
+
+void TextBuffer::putLine(std::string_view characters) {
+    put(characters);
+    put('\n');
+}
+
+void TextBuffer::putRun(char character, int count) {
+    if (count > 0) {
+        memset(room(), character, static_cast<size_t>(count));
+        used += static_cast<size_t>(count);
+    }
+}
+
+void TextBuffer::putUnsigned(uint64_t value) {
+    used = static_cast<size_t>(std::to_chars(room(), std::end(text), value).ptr - text);
+}
+
+void TextBuffer::putPadded(uint64_t value, int width, char padding) {
+    char digits[20];
+    const char *end = std::to_chars(digits, std::end(digits), value).ptr;
+    putRun(padding, width - static_cast<int>(end - digits));
+    put({digits, end});
+}
+
+void TextBuffer::putSigned(int32_t value) {
+    used = static_cast<size_t>(std::to_chars(room(), std::end(text), value).ptr - text);
+}
+
+static constexpr char hexDigits[] = "0123456789abcdef";
+
+void TextBuffer::putHexByte(uint8_t value) {
+    put("0x");
+    put(hexDigits[value / 16]);
+    put(hexDigits[value % 16]);
+}
+
+void TextBuffer::putHex(uint16_t value, int minDigits) {
+    put("0x");
+    for (int digit = 3; digit >= 0; --digit) {
+        const int rest = value >> (4 * digit);
+        if (digit < minDigits || rest != 0) {
+            put(hexDigits[rest % 16]);
+        }
+    }
+}
+
+void TextBuffer::putFixed(float value, int places) {
+    static constexpr uint64_t powersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
+    static constexpr double tooLarge = 1e15;
+    // A float has 24 significant bits and the power at most 14, so the product is exact, and so is
+    // what truncation leaves of it: rounding half to even here is what printf does.
+    const uint64_t power = powersOfTen[places];
+    const double scaled = std::fabs(static_cast<double>(value)) * static_cast<double>(power);
+    if (!(scaled < tooLarge)) { // nor is NaN
+        char number[64];        // the largest float has 39 digits before the point
+        const int count =
+            snprintf(number, sizeof number, "%.*f", places, static_cast<double>(value));
+        put({number, static_cast<size_t>(count)});
+        return;
+    }
+    auto units = static_cast<uint64_t>(scaled);
+    const double rest = scaled - static_cast<double>(units);
+    if (rest > 0.5 || (rest == 0.5 && units % 2 != 0)) {
+        ++units;
+    }
+    if (std::signbit(value)) {
+        put('-');
+    }
+    putUnsigned(units / power);
+    if (places > 0) {
+        put('.');
+        putPadded(units % power, places, '0');
+    }
+}
+
+void TextBuffer::putGeneral(double value) {
+    char number[32];
+    const int count = snprintf(number, sizeof number, "%g", value);
+    put({number, static_cast<size_t>(count)});
+}

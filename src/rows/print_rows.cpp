@@ -1,0 +1,219 @@
+#include "rows/print_rows.h"
+
+#include <ctime>
+
+static constexpr uint32_t valuesPerLine = 16;
+static constexpr std::string_view valueIndent = "       ";
+
+static const char *domainName(uint16_t domain) {
+    static constexpr const char *names[] = {"cpu", "mem", "system", "gpu"};
+    return domain < std::size(names) ? names[domain] : "unknown";
+}
+
+static void putIndex(TextBuffer &out, int index) {
+    if (index != noIndex) {
+        out.put('[');
+        out.putUnsigned(static_cast<unsigned>(index));
+        out.put(']');
+    }
+}
+
+void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row &row, int index) {
+    if (row.isVerbatim) {
+        out.put(row.label);
+        return;
+    }
+    out.put(style.prefix);
+    if (outer != nullptr) {
+        out.put(outer->row.label);
+        putIndex(out, outer->index);
+        out.put('.');
+    }
+    const size_t start = out.size();
+    out.put(row.label);
+    putIndex(out, index);
+    if (isList(row.format)) {
+        out.put("[]");
+    }
+    const bool isInColumn = style.column != 0 && outer == nullptr;
+    const int length = static_cast<int>(out.size() - start);
+    out.put(' ');
+    out.putRun('-', isInColumn ? style.column - length : style.hyphens);
+    out.put(' ');
+}
+
+void putWhole(TextBuffer &out, Type type, const uint8_t *at) {
+    switch (type) {
+    case Type::u8:
+        out.putUnsigned(load<uint8_t>(at));
+        break;
+    case Type::u16:
+    case Type::domain:
+        out.putUnsigned(load<uint16_t>(at));
+        break;
+    case Type::u32:
+    case Type::time:
+        out.putUnsigned(load<uint32_t>(at));
+        break;
+    case Type::u64:
+        out.putUnsigned(load<uint64_t>(at));
+        break;
+    case Type::i16:
+        out.putSigned(load<int16_t>(at));
+        break;
+    default:
+        out.putSigned(load<int32_t>(at));
+    }
+}
+
+static std::string_view textAt(const uint8_t *at, size_t length) {
+    return {reinterpret_cast<const char *>(at), length};
+}
+
+// Local time in the fixed layout of ctime, "Thu Jan  1 00:00:00 1970\n", written to `text` and
+// returned. Unlike ctime, ctime_r reads the time zone once a run.
+static const char *time32ToString(Time32 time, char (&text)[26]) {
+    const auto seconds = static_cast<time_t>(static_cast<uint32_t>(time));
+    return ctime_r(&seconds, text);
+}
+
+static void putTime(TextBuffer &out, const uint8_t *at) {
+    char text[26];
+    out.put(time32ToString(load<Time32>(at), text));
+}
+
+static void putPlain(TextBuffer &out, const Style &style, const Row &row, const uint8_t *at) {
+    switch (row.type) {
+    case Type::f32:
+        out.putFixed(load<float>(at), style.floatPlaces);
+        break;
+    case Type::f64:
+        out.putGeneral(load<double>(at));
+        break;
+    case Type::time:
+        putTime(out, at);
+        break;
+    case Type::domain:
+        putWhole(out, row.type, at);
+        out.put(" (");
+        out.put(domainName(load<uint16_t>(at)));
+        out.put(')');
+        break;
+    case Type::text:
+        out.put(textAt(at, strnlen(reinterpret_cast<const char *>(at), row.size)));
+        break;
+    case Type::none:
+    case Type::record:
+        break;
+    default:
+        putWhole(out, row.type, at);
+    }
+    out.put('\n');
+}
+
+// Puts the lines of a list's values; after every value stands a blank.
+static void putList(TextBuffer &out, const Row &row, const uint8_t *at) {
+    out.put('\n');
+    out.put(valueIndent);
+    if (row.format == Format::inDecList) {
+        out.put("In DEC: ");
+    }
+    const bool isDecimal = row.format == Format::inDecList || row.format == Format::decimalList;
+    for (uint32_t i = 0; i < row.count; ++i, at += row.size) {
+        if (i > 0 && i % valuesPerLine == 0) {
+            out.put('\n');
+            out.put(valueIndent);
+        }
+        if (isDecimal) {
+            putWhole(out, row.type, at);
+        } else if (row.type == Type::u8) {
+            out.putHexByte(load<uint8_t>(at));
+        } else {
+            out.putHex(load<uint16_t>(at), row.format == Format::hexList4 ? 4 : 2);
+        }
+        out.put(' ');
+    }
+    out.put('\n');
+}
+
+// Puts the value of a row, or of one element of it, and what ends the line.
+static void putFormatted(TextBuffer &out, const Style &style, const Row &row, const uint8_t *at) {
+    switch (row.format) {
+    case Format::plain:
+        putPlain(out, style, row, at);
+        return;
+    case Format::signedDecimal:
+        out.putSigned(load<int32_t>(at));
+        break;
+    case Format::unsignedDecimal:
+        out.putUnsigned(load<uint32_t>(at));
+        break;
+    case Format::widened:
+        out.putUnsigned(static_cast<uint32_t>(load<int16_t>(at)));
+        break;
+    case Format::hex:
+        out.putHexByte(load<uint8_t>(at));
+        break;
+    case Format::threePlaces:
+        out.putPadded(load<uint8_t>(at), 3);
+        break;
+    case Format::timeOnly:
+        putTime(out, at); // and its line end
+        return;
+    case Format::hexListAndText:
+        putList(out, row, at);
+        out.put(valueIndent);
+        out.put("ASCII String - ");
+        out.put(textAt(at, row.count));
+        break;
+    case Format::hexList:
+    case Format::hexList4:
+    case Format::decimalList:
+    case Format::inDecList:
+        putList(out, row, at);
+        return;
+    }
+    out.put('\n');
+}
+
+// Puts the lines of a row that nests none.
+static void putLines(TextBuffer &out, const Style &style, const Outer *outer, const Row &row,
+                     const uint8_t *record) {
+    const uint8_t *at = record + row.offset;
+    const uint32_t lines = isList(row.format) ? 1 : row.elements();
+    for (uint32_t i = 0; i < lines; ++i, at += row.size) {
+        putLabel(out, style, outer, row, isList(row.format) ? noIndex : row.indexOf(i));
+        putFormatted(out, style, row, at);
+    }
+}
+
+void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *record,
+            Views view) {
+    if (row.nested.empty()) {
+        putLines(out, style, nullptr, row, record);
+        return;
+    }
+    const uint8_t *at = record + row.offset;
+    for (uint32_t i = 0; i < row.elements(); ++i, at += row.size) {
+        const Outer outer{row, row.indexOf(i)};
+        for (const Row &inner : row.nested) {
+            if ((inner.views & view) != 0) {
+                putLines(out, style, &outer, inner, at);
+            }
+        }
+    }
+}
+
+void putRows(TextBuffer &out, const Style &style, std::span<const Row> rows, const uint8_t *record,
+             Views view) {
+    for (const Row &row : rows) {
+        if ((row.views & view) != 0) {
+            putRow(out, style, row, record, view);
+        }
+    }
+}
+
+void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record, Views view) {
+    TextBuffer out;
+    putRows(out, style, rows, record, view);
+}

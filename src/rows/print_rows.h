@@ -1,0 +1,49 @@
+// How rows become lines: the walker of the tables, the formats and the types.
+#pragma once
+
+#include "output/text_buffer.h"
+#include "rows/row.h"
+
+#include <cstring>
+
+// What the rows of one table have in common.
+struct Style {
+    std::string_view prefix; // before every label that is not verbatim
+    int hyphens = 0;         // length of the run between label and value...
+    int column = 0;          // ...or, if not 0 and not in nested rows, of label and run together
+    int floatPlaces = 2;     // decimals of a float
+};
+
+// The one place where values come out of a record's bytes: by copy, since they lie unaligned.
+template <typename T> T load(const uint8_t *at) {
+    T value;
+    memcpy(&value, at, sizeof value);
+    return value;
+}
+
+// Puts a whole number in decimal: an integer, the number of a domain or the seconds of a time.
+void putWhole(TextBuffer &out, Type type, const uint8_t *at);
+
+// The struct whose rows are put: the one with this index in an array, or one of its own (noIndex).
+struct Outer {
+    const Row &row;
+    int index;
+};
+
+// Puts what stands before a row's value: before the label that of the outer struct, if there is
+// one, and after it "[index]", unless that is noIndex, and "[]" if the row is shown as a list.
+void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row &row, int index);
+
+// Puts the lines of one row, of the record that starts at `record`. Where the row nests rows, puts
+// those of them that appear in the view, for each element: before their labels stands that of
+// their struct, "label[0]." or, if it is no array, "label.".
+void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *record,
+            Views view = inAllViews);
+
+// Puts the rows that appear in the view, in order.
+void putRows(TextBuffer &out, const Style &style, std::span<const Row> rows, const uint8_t *record,
+             Views view = inAllViews);
+
+// putRows, on their own.
+void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record,
+               Views view = inAllViews);

@@ -1,0 +1,243 @@
+// The row: what is known of one member of a record, said once. A record is one packed struct; its
+// table is a plain array of rows, one member a line, in the order of its report:
+//
+//     inline constexpr Row policyRows[] = {
+//         ROW(sPolicy, state).asSwitch(),
+//         ROW(sPolicy, policyPowerLimit).upTo(100000),
+//         ROW(sPolicy, SFOffset).lowBytesUpTo(100000).as(Format::widened),
+//     };
+//
+// ROW alone takes path, type, place and size from the member. What else a row says is said by its
+// functions that return a changed row. What cannot be right does not compile.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+// Seconds since 1970-01-01 00:00:00 UTC, unsigned.
+enum class Time32 : uint32_t {};
+// What a policy governs: 0 cpu, 1 mem, 2 system, 3 gpu.
+enum class PowerDomain : uint16_t {};
+
+// What a member is, or each element of it if it is an array; none of a line that shows no member.
+// clang-format off
+enum class Type : uint8_t {
+    none, u8, u16, u32, u64, i16, i32, f32, f64, time, domain, text, record
+};
+// clang-format on
+
+template <typename T> inline constexpr Type typeOf = Type::none;
+template <> inline constexpr Type typeOf<uint8_t> = Type::u8;
+template <> inline constexpr Type typeOf<uint16_t> = Type::u16;
+template <> inline constexpr Type typeOf<uint32_t> = Type::u32;
+template <> inline constexpr Type typeOf<uint64_t> = Type::u64;
+template <> inline constexpr Type typeOf<int16_t> = Type::i16;
+template <> inline constexpr Type typeOf<int32_t> = Type::i32;
+template <> inline constexpr Type typeOf<float> = Type::f32;
+template <> inline constexpr Type typeOf<double> = Type::f64;
+template <> inline constexpr Type typeOf<Time32> = Type::time;
+template <> inline constexpr Type typeOf<PowerDomain> = Type::domain;
+template <size_t size> inline constexpr Type typeOf<char[size]> = Type::text;
+template <typename T>
+requires std::is_class_v<T>
+inline constexpr Type typeOf<T> = Type::record;
+
+// The largest whole number, of those up to UINT32_MAX, that a member of this type can hold.
+constexpr uint32_t maxOf(Type type) {
+    switch (type) {
+    case Type::u8:
+        return UINT8_MAX;
+    case Type::u16:
+    case Type::domain:
+        return UINT16_MAX;
+    case Type::i16:
+        return INT16_MAX;
+    case Type::i32:
+        return INT32_MAX;
+    default:
+        return UINT32_MAX;
+    }
+}
+
+// How a line shows a member.
+enum class Format : uint8_t {
+    // As its type is shown: a number in decimal (float with the style's number of places, double as
+    // %g), a domain with its name, a text up to its first NUL, a time with an empty line after it;
+    // an array as one line for each element.
+    plain,
+    signedDecimal,   // a uint32_t as if it were an int32_t
+    unsignedDecimal, // an int32_t as if it were a uint32_t
+    widened,         // an int16_t, widened with its sign to 32 bits, as a uint32_t
+    hex,             // a uint8_t as two digits
+    threePlaces,     // a uint8_t padded to three places
+    timeOnly,        // without the empty line
+    // An array as a heading, with "[]" after the label, and lines of at most sixteen values:
+    hexList,        // numbers of at least two digits
+    hexList4,       // numbers of at least four digits
+    hexListAndText, // and one more line with the bytes as a text
+    decimalList,
+    inDecList, // decimal, with "In DEC: " before the first
+};
+constexpr bool isList(Format format) {
+    return format >= Format::hexList;
+}
+
+constexpr bool canShow(Format format, Type type, bool isArray) {
+    switch (format) {
+    case Format::plain:
+        return true;
+    case Format::signedDecimal:
+        return type == Type::u32;
+    case Format::unsignedDecimal:
+        return type == Type::i32;
+    case Format::widened:
+        return type == Type::i16;
+    case Format::hex:
+    case Format::threePlaces:
+        return type == Type::u8;
+    case Format::timeOnly:
+        return type == Type::time;
+    case Format::hexList:
+        return isArray && (type == Type::u8 || type == Type::u16);
+    case Format::hexList4:
+    case Format::decimalList:
+        return isArray && type == Type::u16;
+    case Format::hexListAndText:
+    case Format::inDecList:
+        return isArray && type == Type::u8;
+    }
+    return false;
+}
+
+// The reports, of those that share a table, in which a row appears; each such table names its own.
+using Views = uint8_t;
+inline constexpr Views inAllViews = 0xFF;
+inline constexpr Views inNoView = 0;
+
+inline constexpr int noIndex = -1;
+
+// Neither constexpr nor defined: a row that would call it does not compile, and the compiler shows
+// the reason.
+void refuseRow(const char *reason);
+
+struct [[nodiscard]] Row {
+    std::string_view label; // a string literal, so its data end with NUL
+    std::string_view path;  // of the member in its record; "" if the row shows none
+    Type type;
+    Format format = Format::plain;
+    bool isVerbatim = false; // the label is all that stands before the value
+    bool isSwitch = false;   // 0 or 1, to whoever asks for a value
+    Views views = inAllViews;
+    uint16_t count = 0;  // of elements; 0 if it is no array
+    uint32_t size = 0;   // of one element in bytes
+    uint32_t offset = 0; // of the first byte in the record
+    // Up to which it may be written: a whole number from 0, a double from -bound. None if it may
+    // not.
+    std::optional<uint32_t> bound = {};
+    std::span<const Row> nested = {}; // the rows of the struct that the member or its element is
+
+    [[nodiscard]] constexpr bool isArray() const {
+        return count != 0;
+    }
+    // How often there is one: each element of an array, and what is no array once.
+    [[nodiscard]] constexpr uint32_t elements() const {
+        return std::max<uint32_t>(count, 1);
+    }
+    // What names one of them in brackets.
+    [[nodiscard]] constexpr int indexOf(uint32_t element) const {
+        return isArray() ? static_cast<int>(element) : noIndex;
+    }
+
+    // Writable from 0 to a bound that the member can hold.
+    consteval Row upTo(uint32_t max) const {
+        if (max > maxOf(type)) {
+            refuseRow("a bound that the member cannot hold");
+        }
+        return lowBytesUpTo(max);
+    }
+    // Writable from 0 to a bound that the member need not hold: its low bytes are written.
+    consteval Row lowBytesUpTo(uint32_t max) const {
+        if (bound || type == Type::none || type == Type::text || type == Type::record) {
+            refuseRow("a second bound, or a bound of what is no number");
+        }
+        Row changed = *this;
+        changed.bound = max;
+        return changed;
+    }
+    consteval Row asSwitch() const {
+        Row changed = upTo(1);
+        changed.isSwitch = true;
+        return changed;
+    }
+    consteval Row as(Format other) const {
+        if (format != Format::plain || !canShow(other, type, isArray())) {
+            refuseRow("a second format, or one that is not for the member's type");
+        }
+        Row changed = *this;
+        changed.format = other;
+        return changed;
+    }
+    consteval Row nesting(std::span<const Row> rows) const {
+        if (type != Type::record || !nested.empty()) {
+            refuseRow("rows nested twice, or in what is no struct");
+        }
+        for (const Row &row : rows) {
+            if (!row.nested.empty() || row.offset + row.size * row.elements() > size) {
+                refuseRow("rows of another struct, or rows that nest rows themselves");
+            }
+        }
+        Row changed = *this;
+        changed.nested = rows;
+        return changed;
+    }
+    consteval Row labelled(std::string_view text) const {
+        Row changed = *this;
+        changed.label = text;
+        return changed;
+    }
+    consteval Row verbatim(std::string_view text) const {
+        Row changed = labelled(text);
+        changed.isVerbatim = true;
+        return changed;
+    }
+    consteval Row onlyIn(Views some) const {
+        Row changed = *this;
+        changed.views = some;
+        return changed;
+    }
+};
+
+template <typename Member> consteval Row makeRow(std::string_view path, size_t offset) {
+    constexpr bool isArray = typeOf<Member> == Type::none;
+    using Element = std::conditional_t<isArray, std::remove_extent_t<Member>, Member>;
+    static_assert(typeOf<Element> != Type::none, "a type that no row shows");
+    return {.label = path,
+            .path = path,
+            .type = typeOf<Element>,
+            .count = isArray ? std::extent_v<Member> : 0,
+            .size = sizeof(Element),
+            .offset = static_cast<uint32_t>(offset)};
+}
+#define ROW(record, member)                                                                        \
+    makeRow<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member))
+
+// A line that shows no member.
+consteval Row line(std::string_view text) {
+    return {.label = text, .path = "", .type = Type::none, .isVerbatim = true};
+}
+
+// The row with this path; there must be one.
+consteval const Row *rowOf(std::span<const Row> rows, std::string_view path) {
+    for (const Row &row : rows) {
+        if (row.path == path) {
+            return &row;
+        }
+    }
+    refuseRow("no row has this path");
+    return nullptr;
+}

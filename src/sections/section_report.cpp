@@ -1,0 +1,11 @@
+#include "sections/section_report.h"
+
+#include <cstdio>
+
+SectionBuffer beginReport(Section section, const char *record) {
+    SectionBuffer buffer = readWholeSection(section, MessageEnd::newline);
+    if (buffer) {
+        printf("%s DATA::: sizeof structure = %d\n", record, section.size);
+    }
+    return buffer;
+}

@@ -1,0 +1,263 @@
+// The UPM data block, the tail of the power reporting section: its record, its table with the
+// bounds of what may be written, and the one function that writes. Offsets are bytes from the start
+// of the block unless they say otherwise.
+#pragma once
+
+#include "rows/print_rows.h"
+#include "sections/power_reporting.h"
+
+inline constexpr int cpuCount = 4;
+inline constexpr int policyCount = 16;
+
+// CPU power limits and what goes with them. Runs that nobody reads or writes one by one are
+// numbered in order, in each struct by itself. The per-CPU arrays are indexed by CPU.
+struct __attribute__((packed)) sPowerLimits {
+    uint32_t cpuPPL[cpuCount];
+    uint32_t cpuPL1[cpuCount];
+    uint32_t cpuPL2[cpuCount];
+    uint32_t cpuPL4[cpuCount];
+    uint32_t memPL1[4];
+    uint32_t memPL2[4];
+    uint32_t sysPL1;
+    uint32_t sysPL2;
+    int32_t plStatus;
+    uint32_t dimmBwThrtlPerc[cpuCount];
+    uint8_t reserved1[4];
+    uint64_t cpuPLAvailability;
+    uint8_t c0ResAvailablity[cpuCount];
+    uint8_t reserved2[4];
+    uint64_t policyStatus;
+    uint64_t readRTC;
+};
+static_assert(sizeof(sPowerLimits) == 160);
+
+// CPU thermal readings, indexed by CPU where the wizard edits them.
+struct __attribute__((packed)) sCpuPwrThermal {
+    uint32_t rawdts[cpuCount];
+    uint32_t thermalMargin[cpuCount];
+    uint32_t cpupkgPwr[cpuCount];
+    uint32_t tarTemp[cpuCount];
+    uint32_t cpuEnergy[cpuCount];
+    uint32_t cpuEnergyTS[cpuCount];
+    double dimmPwr[cpuCount];
+    double prevdimmPwr[cpuCount];
+    uint8_t cpuAvailablity[cpuCount];
+    uint8_t rawdtsAvailablity[cpuCount];
+    uint8_t thermalMarginAvailablity[cpuCount];
+    uint8_t cpupkgPwrAvailablity[cpuCount];
+    uint8_t tarTempAvailablity[cpuCount];
+    uint8_t cpuEnergyAvailablity[cpuCount];
+    uint8_t cpuEnergyTSAvailablity[cpuCount];
+};
+static_assert(sizeof(sCpuPwrThermal) == 188);
+
+struct __attribute__((packed)) sPolicyStateData {
+    uint8_t policyUpdInx;
+    uint8_t policyId;
+    uint8_t policyExcursionState;
+    uint8_t reserved1[5];
+    uint16_t cpuWattsPowerFloor;
+    uint16_t safePolicyPsuPowerReadingTimeout;
+    uint8_t reserved2[4];
+};
+static_assert(sizeof(sPolicyStateData) == 16);
+
+struct __attribute__((packed)) sPolicy {
+    uint16_t state;
+    int32_t policyPowerLimit;
+    uint16_t policyPowerLimitMultiplier;
+    uint16_t PolicyAggressiveIntervalEnable;
+    uint16_t PolicySetLimitToFloorImmediateEnable;
+    uint16_t PolicyResponseTimeLimit;
+    uint16_t PolicyTotalResponseDelay;
+    uint16_t PolicyRampUpDelay;
+    uint16_t PolicyRampUpDuration;
+    uint16_t limitingState;
+    uint16_t PolicyActiveState;
+    uint16_t NumResponseTimeLimitInterval;
+    uint16_t NumDecisionInterval;
+    uint16_t NumRampUpDurationInterval;
+    uint16_t NumRampUpDelayInterval;
+    uint16_t NumLimitParkingInterval;
+    uint16_t NumTotalResponseDelayInterval;
+    uint16_t NumRampUpRaiseLimitInterval;
+    uint32_t LoadSubsidedThreshold;
+    uint16_t PolicyEnableOverride;
+    uint16_t LimitParkingDuration;
+    uint16_t LoadSubsidedPercentThreshold;
+    uint16_t SFMultiplier;
+    int16_t SFOffset;
+    uint32_t PolicyHysteresis;
+    PowerDomain PolicyDomain;
+    uint16_t PolicyPwrInputSource;
+    uint32_t PolicyPwrInputSimulData;
+    uint16_t PolicyExcursion;
+    uint16_t PolicyExcursionCounter;
+    uint8_t reserved1[4];
+};
+static_assert(sizeof(sPolicy) == 72);
+static_assert(offsetof(sPolicy, LoadSubsidedThreshold) == 38);
+static_assert(offsetof(sPolicy, PolicyHysteresis) == 52);
+static_assert(offsetof(sPolicy, PolicyPwrInputSimulData) == 60);
+static_assert(offsetof(sPolicy, PolicyExcursionCounter) == 66);
+
+struct __attribute__((packed)) sUpmBlock {
+    sPowerLimits powerLimits;
+    sCpuPwrThermal cpuPwrThermal;
+    uint8_t reserved1[4];
+    sPolicyStateData policyState;
+    sPolicy policies[policyCount];
+    uint8_t reserved2[8]; // part of the policy data run
+    uint8_t reserved3[80];
+    uint64_t timestamp; // milliseconds since 1970-01-01 00:00:00 UTC
+};
+static_assert(sizeof(sUpmBlock) == 1616);
+static_assert(offsetof(sUpmBlock, cpuPwrThermal) == 160);
+static_assert(offsetof(sUpmBlock, policyState) == 352);
+static_assert(offsetof(sUpmBlock, policies) == 368);
+static_assert(offsetof(sUpmBlock, timestamp) == 1608);
+
+// Where the block begins in the section, in bytes.
+inline constexpr size_t upmBlockOffset = offsetof(sTolmAbsPowerReporting, upmBlock);
+static_assert(upmBlockOffset == 28661);
+static_assert(sizeof(sUpmBlock) == sizeof(sTolmAbsPowerReporting::upmBlock));
+
+// The policy data run, which the clear of the policies writes back: policy state data, policies and
+// the reserved bytes after them.
+inline constexpr size_t policyDataOffset = offsetof(sUpmBlock, policyState);
+inline constexpr size_t policyDataSize =
+    sizeof(sUpmBlock::policyState) + sizeof(sUpmBlock::policies) + sizeof(sUpmBlock::reserved2);
+static_assert(policyDataSize == 1176);
+
+// Where policy 0..15 begins.
+constexpr size_t policyOffset(size_t policy) {
+    return offsetof(sUpmBlock, policies) + policy * sizeof(sPolicy);
+}
+
+// The reports that show parts of the block.
+inline constexpr Views inDump = 1;
+inline constexpr Views inLimits = 2;
+inline constexpr Views inThermal = 4;
+inline constexpr Views inPolicyReport = 8;
+
+// One row a line. A row with a bound may be written: by the wizard, and by whoever asks the table.
+// clang-format off
+inline constexpr Row powerLimitRows[] = {
+    ROW(sPowerLimits, cpuPPL).upTo(100000),
+    ROW(sPowerLimits, cpuPL1).upTo(100000),
+    ROW(sPowerLimits, cpuPL2).upTo(100000),
+    ROW(sPowerLimits, cpuPL4).upTo(100000),
+    ROW(sPowerLimits, memPL1),
+    ROW(sPowerLimits, memPL2),
+    ROW(sPowerLimits, sysPL1).upTo(100000),
+    ROW(sPowerLimits, sysPL2).upTo(100000),
+    ROW(sPowerLimits, dimmBwThrtlPerc).upTo(100),
+    ROW(sPowerLimits, plStatus).onlyIn(inLimits),
+    ROW(sPowerLimits, cpuPLAvailability),
+    ROW(sPowerLimits, c0ResAvailablity),
+    ROW(sPowerLimits, policyStatus),
+    ROW(sPowerLimits, readRTC),
+};
+
+inline constexpr Row thermalRows[] = {
+    ROW(sCpuPwrThermal, rawdts).upTo(100000),
+    ROW(sCpuPwrThermal, thermalMargin).upTo(100000),
+    ROW(sCpuPwrThermal, cpupkgPwr).upTo(100000),
+    ROW(sCpuPwrThermal, tarTemp).upTo(100000),
+    ROW(sCpuPwrThermal, cpuEnergy),
+    ROW(sCpuPwrThermal, cpuEnergyTS),
+    ROW(sCpuPwrThermal, dimmPwr).upTo(1000000000),
+    ROW(sCpuPwrThermal, prevdimmPwr),
+    ROW(sCpuPwrThermal, cpuAvailablity),
+    ROW(sCpuPwrThermal, rawdtsAvailablity),
+    ROW(sCpuPwrThermal, thermalMarginAvailablity),
+    ROW(sCpuPwrThermal, cpupkgPwrAvailablity),
+    ROW(sCpuPwrThermal, tarTempAvailablity),
+    ROW(sCpuPwrThermal, cpuEnergyAvailablity),
+    ROW(sCpuPwrThermal, cpuEnergyTSAvailablity),
+};
+
+inline constexpr Row policyStateRows[] = {
+    line("Policy State Data:"),
+    ROW(sPolicyStateData, policyUpdInx),
+    ROW(sPolicyStateData, policyId),
+    ROW(sPolicyStateData, policyExcursionState),
+    line("-----------------------------------------------------------------------------------------------------------"),
+    ROW(sPolicyStateData, cpuWattsPowerFloor),
+    ROW(sPolicyStateData, safePolicyPsuPowerReadingTimeout),
+    line("------------------------------------------------------------------------------------------------------------"),
+};
+
+// All members in record order, which is that of the reports and of the policy editor's numbers.
+inline constexpr Row policyRows[] = {
+    ROW(sPolicy, state).asSwitch(),
+    ROW(sPolicy, policyPowerLimit).upTo(100000).onlyIn(inPolicyReport),
+    ROW(sPolicy, policyPowerLimit).as(Format::unsignedDecimal).onlyIn(inDump),
+    ROW(sPolicy, policyPowerLimitMultiplier).upTo(1000),
+    ROW(sPolicy, PolicyAggressiveIntervalEnable).asSwitch(),
+    ROW(sPolicy, PolicySetLimitToFloorImmediateEnable).asSwitch(),
+    ROW(sPolicy, PolicyResponseTimeLimit).lowBytesUpTo(1000000),
+    ROW(sPolicy, PolicyTotalResponseDelay).lowBytesUpTo(1000000),
+    ROW(sPolicy, PolicyRampUpDelay).lowBytesUpTo(1000000),
+    ROW(sPolicy, PolicyRampUpDuration).lowBytesUpTo(1000000),
+    ROW(sPolicy, limitingState).asSwitch(),
+    ROW(sPolicy, PolicyActiveState).asSwitch(),
+    ROW(sPolicy, NumResponseTimeLimitInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumDecisionInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumRampUpDurationInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumRampUpDelayInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumLimitParkingInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumTotalResponseDelayInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, NumRampUpRaiseLimitInterval).lowBytesUpTo(100000),
+    ROW(sPolicy, LoadSubsidedThreshold).upTo(100000),
+    ROW(sPolicy, PolicyEnableOverride).asSwitch(),
+    ROW(sPolicy, LimitParkingDuration).lowBytesUpTo(1000000),
+    ROW(sPolicy, LoadSubsidedPercentThreshold).upTo(100),
+    ROW(sPolicy, SFMultiplier).lowBytesUpTo(100000),
+    ROW(sPolicy, SFOffset).lowBytesUpTo(100000).as(Format::widened),
+    ROW(sPolicy, PolicyHysteresis).upTo(100000),
+    ROW(sPolicy, PolicyDomain).upTo(3),
+    ROW(sPolicy, PolicyPwrInputSource).lowBytesUpTo(UINT32_MAX),
+    ROW(sPolicy, PolicyPwrInputSimulData).upTo(UINT32_MAX),
+    ROW(sPolicy, PolicyExcursion).lowBytesUpTo(UINT32_MAX),
+    ROW(sPolicy, PolicyExcursionCounter).lowBytesUpTo(UINT32_MAX),
+};
+
+inline constexpr Row upmRows[] = {
+    line("\n   Power Limits:  ").onlyIn(inDump | inLimits),
+    ROW(sUpmBlock, powerLimits).nesting(powerLimitRows).onlyIn(inDump | inLimits),
+    line("\n   CPU Power Thermal:  ").onlyIn(inDump | inThermal),
+    ROW(sUpmBlock, cpuPwrThermal).nesting(thermalRows).onlyIn(inDump | inThermal),
+    // The reports print these by themselves.
+    ROW(sUpmBlock, policyState).nesting(policyStateRows).onlyIn(inNoView),
+    ROW(sUpmBlock, policies).nesting(policyRows).onlyIn(inNoView),
+    ROW(sUpmBlock, timestamp).onlyIn(inNoView),
+};
+// clang-format on
+
+consteval bool allPolicyMembersHaveRows() {
+    size_t end = 0;
+    for (const Row &row : policyRows) {
+        if (row.bound && row.offset == end) {
+            end += row.size;
+        }
+    }
+    return end == offsetof(sPolicy, reserved1);
+}
+static_assert(allPolicyMembersHaveRows(),
+              "a member of the policy record has no row with a bound, or not in its place");
+
+// The block, and its timestamp, in a copy of the power reporting section.
+inline const uint8_t *blockIn(const uint8_t *section) {
+    return section + upmBlockOffset;
+}
+
+inline uint64_t timestampIn(const uint8_t *section) {
+    return load<uint64_t>(blockIn(section) + offsetof(sUpmBlock, timestamp));
+}
+
+// Writes `length` bytes to byte `offset` of the block, with one call of the platform's library; the
+// only function that writes shared memory. Returns 0 or the library's error code, which the reports
+// and the wizard do not look at: a refused write shows in the next read. Returns -ERANGE, and calls
+// nothing, if the bytes do not all lie inside the block.
+int writeUpmBlock(size_t offset, const void *bytes, size_t length);

@@ -1,0 +1,33 @@
+#include "wizard/ask_to_overwrite.h"
+
+#include "wizard/ask_value.h"
+
+#include <cstdio>
+
+bool readCopy(uint8_t *copy) {
+    const int result = readSection(powerReportingSection, copy, 0, powerReportingSection.size);
+    if (result != 0) {
+        printf("ERROR reading PowerReporting from shm! ret=%d\n", result);
+    }
+    return result == 0;
+}
+
+void askToOverwrite(std::span<const Question> questions, size_t offset, int32_t element) {
+    for (const Question &question : questions) {
+        const Row &field = *question.field;
+        const size_t place = offset + field.offset + static_cast<size_t>(element) * field.size;
+        const uint32_t max = *field.bound;
+        double real = 0;
+        uint32_t number = 0;
+        if (promptYesNo(question.question) == 0) {
+            continue;
+        }
+        if (field.type == Type::f64) {
+            if (promptDouble(question.label, -static_cast<double>(max), max, real) == 0) {
+                writeUpmBlock(place, &real, field.size);
+            }
+        } else if (promptUnsigned(question.label, max, number) == 0) {
+            writeUpmBlock(place, &number, field.size);
+        }
+    }
+}
