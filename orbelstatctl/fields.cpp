@@ -44,10 +44,10 @@ static constexpr Root roots[] = {
 };
 // clang-format on
 
-bool isIn(std::string_view wanted, std::string_view path) {
-    const size_t size = wanted.size();
-    return path.starts_with(wanted) &&
-           (size == 0 || size == path.size() || path[size] == '.' || path[size] == '[');
+bool isIn(std::string_view outer, std::string_view inner) {
+    const size_t size = outer.size();
+    return inner.starts_with(outer) &&
+           (size == 0 || size == inner.size() || inner[size] == '.' || inner[size] == '[');
 }
 
 // Whether something that is wanted may lie at a path or below it.
@@ -78,7 +78,8 @@ struct Search {
         for (uint32_t i = 0; i < row.elements(); ++i) {
             const std::string below = joined(path, row.path, row.indexOf(i));
             if (isIn(wanted, below)) {
-                fields.push_back({below, section, offset + row.offset + i * row.size, &row});
+                fields.push_back(
+                    {below, section, offset + row.offset + size_t{i} * row.size, &row});
             }
         }
     }
@@ -88,7 +89,7 @@ struct Search {
             const std::string below = joined(path, row.path, row.indexOf(i));
             if (leadsTo(wanted, below)) {
                 for (const Row &inner : row.nested) {
-                    addMember(inner, below, offset + row.offset + i * row.size);
+                    addMember(inner, below, offset + row.offset + size_t{i} * row.size);
                 }
             }
         }

@@ -16,8 +16,8 @@ struct Field {
     const Row *row; // whose member it is, or an element of it: its type, size and bound
 };
 
-// Whether a path is the one that is wanted or lies below it. All lie below "".
-bool isIn(std::string_view wanted, std::string_view path);
+// Whether a path is the outer one or lies below it. All lie below "".
+bool isIn(std::string_view outer, std::string_view inner);
 
 // The fields that the wanted path names or that lie below it: in the order of the roots and, within
 // each element of a root, in the order of the record. "" names all.
