@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # Completion of orbelstatctl in bash: commands, paths name by name as `orbelstatctl list` has them,
-# folders to save to, and files where input or output is redirected.
+# directories to save to, and files where input or output is redirected.
 
-# Offers the names that go on from a path: of groups and arrays, and of fields, with an = behind
+# Offers the names that go on from a path: of groups and arrays, and of fields, with an = after
 # those to be written.
 _orbelstatctl_paths() { # PROGRAM PATH [=]
     local typed=${2//\\/} outer='' field bounds rest name='' is_field=1
@@ -31,7 +31,7 @@ _orbelstatctl() {
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]} next=${COMP_WORDS[i + 1]}
         if [[ $word == [\<\>]* ]]; then
-            ((++i)) # and the file behind it
+            ((++i)) # and the file after it
         elif [[ $word != [0-9] || $next != [\<\>]* || $COMP_LINE != *" $word$next"* ]]; then
             words+=("$word") # unless it is the descriptor that is redirected
         fi

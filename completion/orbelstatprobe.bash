@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Completion of orbelstatprobe in bash: the options, the words behind -u and -w, and files where
+# Completion of orbelstatprobe in bash: the options, the words after -u and -w, and files where
 # output is redirected.
 _orbelstatprobe() {
     local current=${COMP_WORDS[COMP_CWORD]} state=options choices='' word next i
@@ -8,7 +8,7 @@ _orbelstatprobe() {
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]} next=${COMP_WORDS[i + 1]}
         if [[ $word == [\<\>]* ]]; then
-            ((++i)) # and the file behind it
+            ((++i)) # and the file after it
             continue
         elif [[ $word == [0-9] && $next == [\<\>]* && $COMP_LINE == *" $word$next"* ]]; then
             continue # the descriptor that is redirected

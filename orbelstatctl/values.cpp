@@ -59,17 +59,17 @@ static int cutZeros(char *text) {
 }
 
 // Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`
-// digits do for every number that can be written with so many and is not below `normal`, `most` for
+// digits do for every number that can be written with so many and is not below `normal`, `maximum` for
 // all.
 template <typename Number>
-static void putShortest(TextBuffer &out, Number value, int enough, int most, Number normal,
+static void putShortest(TextBuffer &out, Number value, int enough, int maximum, Number normal,
                         Number (*read)(const char *, char **)) {
     const auto number = static_cast<double>(value);
     char plain[32];
     char alternative[32];
     int digits = std::fabs(value) < normal ? 1 : enough;
     int length = snprintf(plain, sizeof plain, "%.*g", digits, number);
-    while (digits < most && read(plain, nullptr) != value) {
+    while (digits < maximum && read(plain, nullptr) != value) {
         length = snprintf(plain, sizeof plain, "%.*g", ++digits, number);
     }
     const double magnitude = std::fabs(number);

@@ -1,4 +1,4 @@
-// The files behind the stand-in's sections, for its library and for tolmfill.
+// The files that hold the stand-in's sections, for its library and for tolmfill.
 #pragma once
 
 #include <climits>

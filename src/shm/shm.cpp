@@ -12,7 +12,7 @@ extern "C" {
 }
 
 static_assert(std::endian::native == std::endian::little,
-              "sections are little-endian and are copied as they stand");
+              "sections are little-endian, and their bytes are copied unchanged");
 
 static const char *lineEnd(MessageEnd end) {
     return end == MessageEnd::newline ? "\n" : "";

@@ -59,7 +59,7 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
     const int status = askForNumber(
         "Invalid unsigned integer.", [&] { printf("%s [0..%lu]: ", label, max); },
         [&](const char *line, char **rest) {
-            value = strtoul(line, rest, 10); // negates modulo 2^64 behind a minus sign
+            value = strtoul(line, rest, 10); // a minus sign negates modulo 2^64
             return value <= max;
         });
     if (status == 0) {

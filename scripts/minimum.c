@@ -1,5 +1,5 @@
 /*
- * The least that a report can cost, for the benchmark: `least TEXT [SECTION OFFSET LENGTH]...`
+ * The minimum that a report can cost, for the benchmark: `minimum TEXT [SECTION OFFSET LENGTH]...`
  * starts with the platform's two libraries, makes the report's own reads and writes its finished
  * text from a file, in pieces as large as the report's own.
  */
