@@ -1,15 +1,9 @@
 #include "shm/shm.h"
 
-#include <bit>
-#include <cmath>
-#include <cstdio>
+#include "shm/platform.h"
 
-// The platform's headers may be plain C. Those of the C library that have templates inside must not
-// be included first in here: <cmath> and shm.h have them.
-extern "C" {
-#include PLATFORM_SHM_HEADER
-#include PLATFORM_DATA_HEADER
-}
+#include <bit>
+#include <cstdio>
 
 static_assert(std::endian::native == std::endian::little,
               "sections are little-endian, and their bytes are copied unchanged");
@@ -31,7 +25,7 @@ SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end) {
 }
 
 int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length) {
-    return Tolm_shm_memread(section.id, bytes, offset, length);
+    return orbelReadShm(section.id, bytes, offset, length);
 }
 
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
@@ -52,12 +46,10 @@ SectionBuffer readWholeSection(Section section, MessageEnd end) {
 }
 
 int writeSection(Section section, int32_t offset, const void *bytes, int32_t length) {
-    // The library only reads from the buffer, whether or not its declaration says so.
-    auto *source = static_cast<uint8_t *>(const_cast<void *>(bytes));
-    return Tolm_shm_memwrite(section.id, source, offset, length);
+    return orbelWriteShm(section.id, static_cast<const uint8_t *>(bytes), offset, length);
 }
 
 const char *policyName(int index) {
-    const char *name = policyTypeToString(static_cast<int16_t>(index));
+    const char *name = orbelPolicyName(static_cast<int16_t>(index));
     return name != nullptr ? name : "(null)";
 }

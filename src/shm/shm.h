@@ -1,5 +1,5 @@
 // The only door to the platform: the sections of the power-management shared memory, reads, the raw
-// write, and policy names. No other room includes the platform's headers.
+// write, and policy names. No other room calls the platform.
 #pragma once
 
 #include <cstdint>
