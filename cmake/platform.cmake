@@ -20,8 +20,9 @@ set(PLATFORM_DATA_HEADER "tolm_data.h" CACHE STRING "Header of the shared-data l
 set(PLATFORM_INCLUDE_DIR "" CACHE PATH "Directory of the two headers")
 
 add_library(orbel_platform INTERFACE IMPORTED)
+# In angle brackets, so that no header of ours is taken for one of the same name.
 target_compile_definitions(orbel_platform INTERFACE
-    PLATFORM_SHM_HEADER="${PLATFORM_SHM_HEADER}" PLATFORM_DATA_HEADER="${PLATFORM_DATA_HEADER}")
+    PLATFORM_SHM_HEADER=<${PLATFORM_SHM_HEADER}> PLATFORM_DATA_HEADER=<${PLATFORM_DATA_HEADER}>)
 # C would take a function that no header declares, and guess its type.
 target_compile_options(orbel_platform INTERFACE
     $<$<COMPILE_LANGUAGE:C>:-Werror=implicit-function-declaration>)
@@ -60,7 +61,7 @@ function(try_platform reason type)
     set(CMAKE_TRY_COMPILE_TARGET_TYPE ${type})
     try_compile(works SOURCES ${ARGN} NO_CACHE OUTPUT_VARIABLE output
         CMAKE_FLAGS "-DINCLUDE_DIRECTORIES=${PROJECT_SOURCE_DIR}/src"
-        LINK_OPTIONS -Wl,--as-needed LINK_LIBRARIES orbel_platform)
+        LINK_LIBRARIES orbel_platform)
     set(complaint "")
     if(NOT works)
         set(complaint "the compiler fails")
