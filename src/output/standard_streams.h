@@ -9,13 +9,12 @@
 // standard error, if that is open, in one line that begins with `program`.
 bool openStandardStreams(const char *program);
 
-// Flushes standard output. If that fails, or if an earlier write has just failed, remembers why for
-// closeStandardOutput.
-void flushStandardOutput();
-
-// If standard output could just now not be written, remembers why, which errno says, for
-// closeStandardOutput. To be called right after text has been handed to it.
+// To be called right after text has been handed to standard output. If it could not be written,
+// remembers the reason in errno for closeStandardOutput.
 void noteLostOutput();
+
+// Flushes standard output, and notes what is lost.
+void flushStandardOutput();
 
 // Closes standard output. Returns whether all that was printed has been written; if not, says why
 // on standard error, in one line that begins with `program`.

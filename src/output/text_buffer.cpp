@@ -19,11 +19,6 @@ void TextBuffer::putLong(std::string_view characters) {
     flushed += characters.size();
 }
 
-void TextBuffer::putLine(std::string_view characters) {
-    put(characters);
-    put('\n');
-}
-
 void TextBuffer::putRun(char character, int count) {
     if (count > 0) {
         memset(room(), character, static_cast<size_t>(count));

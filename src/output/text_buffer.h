@@ -32,7 +32,6 @@ class TextBuffer {
         *room() = character;
         ++used;
     }
-    void putLine(std::string_view characters);
     // A character up to 256 times; not at all if the count is 0 or negative.
     void putRun(char character, int count);
     // How many characters have been put so far.

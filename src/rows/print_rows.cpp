@@ -204,16 +204,11 @@ void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *
     }
 }
 
-void putRows(TextBuffer &out, const Style &style, std::span<const Row> rows, const uint8_t *record,
-             Views view) {
+void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record, Views view) {
+    TextBuffer out;
     for (const Row &row : rows) {
         if ((row.views & view) != 0) {
             putRow(out, style, row, record, view);
         }
     }
-}
-
-void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record, Views view) {
-    TextBuffer out;
-    putRows(out, style, rows, record, view);
 }

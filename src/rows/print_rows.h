@@ -40,10 +40,6 @@ void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row
 void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *record,
             Views view = inAllViews);
 
-// Puts the rows that appear in the view, in order.
-void putRows(TextBuffer &out, const Style &style, std::span<const Row> rows, const uint8_t *record,
-             Views view = inAllViews);
-
-// putRows, on their own.
+// Prints the rows that appear in the view, in order.
 void printRows(const Style &style, std::span<const Row> rows, const uint8_t *record,
                Views view = inAllViews);

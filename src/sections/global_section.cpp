@@ -16,7 +16,8 @@ void printGlobalSectionOffsets() {
             continue;
         }
         if (row.type == Type::none) {
-            out.putLine(row.label);
+            out.put(row.label);
+            out.put('\n');
             continue;
         }
         // Of an array of structs each element has a line, of any other array the first has one.

@@ -24,4 +24,4 @@ inline constexpr Row consumptionRows[] = {
     ROW(sPwrConsEntry, u32IPMITimeStmp),
 };
 // clang-format on
-inline constexpr std::span<const Row> powerRows = std::span(consumptionRows).first(4);
+inline constexpr std::span<const Row> powerRows = std::span(consumptionRows).first(4); // no time

@@ -29,10 +29,9 @@ static void printUnit(int32_t unit, const uint8_t *record) {
 }
 
 void dumpPSUInfo() {
-    const SectionBuffer record = allocateBufferOrReport(unitSize, MessageEnd::newline);
+    const SectionBuffer record = allocateBufferOrReport(unitSize, "\n");
     for (int32_t unit = 0; record && unit < psuCount; ++unit) {
-        if (!readSectionOrReport(psuInfoSection, record.get(), unitSize * unit, unitSize,
-                                 MessageEnd::newline)) {
+        if (!readSectionOrReport(psuInfoSection, record.get(), unitSize * unit, unitSize, "\n")) {
             return;
         }
         printUnit(unit, record.get());

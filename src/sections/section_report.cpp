@@ -3,7 +3,7 @@
 #include <cstdio>
 
 SectionBuffer beginReport(Section section, const char *record) {
-    SectionBuffer buffer = readWholeSection(section, MessageEnd::newline);
+    SectionBuffer buffer = readWholeSection(section, "\n");
     if (buffer) {
         printf("%s DATA::: sizeof structure = %d\n", record, section.size);
     }

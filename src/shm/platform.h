@@ -1,6 +1,6 @@
 /*
- * The platform's functions with types of the program's own, whatever the platform's headers declare.
- * Names begin with `orbel`, since a macro of those headers could hit any other.
+ * The platform's functions with types of the program's own, whatever the platform's headers
+ * declare. Names begin with `orbel`, since a macro of those headers could hit any other.
  */
 #ifndef ORBEL_SHM_PLATFORM_H
 #define ORBEL_SHM_PLATFORM_H

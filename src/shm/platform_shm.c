@@ -1,7 +1,5 @@
-/*
- * The platform's shared-memory library. This file is C, as the library's header is, and includes that
- * header last and no other: it is compiled when configuring, too, to see whether the header will do.
- */
+/* The platform's shared-memory library, in C as its header is. Configuring compiles this file, too,
+ * to see whether that header will do; so it includes that one last, and no other. */
 #include "shm/platform.h"
 
 #include PLATFORM_SHM_HEADER

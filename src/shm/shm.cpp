@@ -8,18 +8,14 @@
 static_assert(std::endian::native == std::endian::little,
               "sections are little-endian, and their bytes are copied unchanged");
 
-static const char *lineEnd(MessageEnd end) {
-    return end == MessageEnd::newline ? "\n" : "";
-}
-
 SectionBuffer allocateBuffer(int32_t size) {
     return SectionBuffer(static_cast<uint8_t *>(malloc(static_cast<size_t>(size))));
 }
 
-SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end) {
+SectionBuffer allocateBufferOrReport(int32_t size, const char *lineEnd) {
     SectionBuffer buffer = allocateBuffer(size);
     if (!buffer) {
-        printf("ERROR with malloc sizeof %d!%s", size, lineEnd(end));
+        printf("ERROR with malloc sizeof %d!%s", size, lineEnd);
     }
     return buffer;
 }
@@ -29,17 +25,17 @@ int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length)
 }
 
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
-                         MessageEnd end) {
+                         const char *lineEnd) {
     const int result = readSection(section, bytes, offset, length);
     if (result != 0) {
-        printf("ERROR reading data from shm! ret=%d%s", result, lineEnd(end));
+        printf("ERROR reading data from shm! ret=%d%s", result, lineEnd);
     }
     return result == 0;
 }
 
-SectionBuffer readWholeSection(Section section, MessageEnd end) {
-    SectionBuffer buffer = allocateBufferOrReport(section.size, end);
-    if (buffer && !readSectionOrReport(section, buffer.get(), 0, section.size, end)) {
+SectionBuffer readWholeSection(Section section, const char *lineEnd) {
+    SectionBuffer buffer = allocateBufferOrReport(section.size, lineEnd);
+    if (buffer && !readSectionOrReport(section, buffer.get(), 0, section.size, lineEnd)) {
         buffer.reset();
     }
     return buffer;

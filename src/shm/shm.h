@@ -27,14 +27,14 @@ struct FreeBuffer {
 // A heap buffer of exactly the bytes read, freed when its owner returns. May be null.
 using SectionBuffer = std::unique_ptr<uint8_t[], FreeBuffer>;
 
-// Some failure messages end their line, others leave it open for whatever is printed next.
-enum class MessageEnd { newline, open };
+// `lineEnd` is what ends a failure message: "\n", or "" where whatever is printed next continues on
+// its line.
 
 // Allocates `size` bytes with malloc. Returns null on failure and prints nothing.
 SectionBuffer allocateBuffer(int32_t size);
 
 // As allocateBuffer, but prints the allocation message on failure.
-SectionBuffer allocateBufferOrReport(int32_t size, MessageEnd end);
+SectionBuffer allocateBufferOrReport(int32_t size, const char *lineEnd);
 
 // Copies `length` bytes from byte `offset` of the section. Returns 0, or the library's error code;
 // then what `bytes` holds is the library's business. Prints nothing.
@@ -42,11 +42,11 @@ int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length)
 
 // As readSection, but prints the read message with the error code. Returns whether it succeeded.
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
-                         MessageEnd end);
+                         const char *lineEnd);
 
 // Allocates a buffer for a section and fills it with one read of the whole. On either failure
 // prints that failure's message and returns null.
-SectionBuffer readWholeSection(Section section, MessageEnd end);
+SectionBuffer readWholeSection(Section section, const char *lineEnd);
 
 // Writes `length` bytes to byte `offset` of the section, whatever lies there. Returns 0, or the
 // library's error code. Prints nothing.

@@ -32,7 +32,7 @@ void printPolicy(const uint8_t *section, int32_t policy) {
 }
 
 void showPolicy(uint32_t policy) {
-    const SectionBuffer section = readWholeSection(powerReportingSection, MessageEnd::open);
+    const SectionBuffer section = readWholeSection(powerReportingSection, "");
     if (!section) {
         return;
     }
@@ -48,7 +48,7 @@ void showPolicy(uint32_t policy) {
 void showAllPolicies() {
     static constexpr char separator[] =
         ">>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>><<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<";
-    const SectionBuffer section = readWholeSection(powerReportingSection, MessageEnd::open);
+    const SectionBuffer section = readWholeSection(powerReportingSection, "");
     if (!section) {
         return;
     }

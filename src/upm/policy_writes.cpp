@@ -17,7 +17,7 @@ void writePolicyState(uint32_t policy, int32_t state) {
 void clearPolicyData() {
     constexpr size_t clearedSize = sizeof(sPolicy::state) + sizeof(sPolicy::policyPowerLimit);
     static_assert(offsetof(sPolicy, policyPowerLimitMultiplier) == clearedSize);
-    const SectionBuffer section = readWholeSection(powerReportingSection, MessageEnd::open);
+    const SectionBuffer section = readWholeSection(powerReportingSection, "");
     if (!section) {
         return;
     }

@@ -9,9 +9,7 @@
 
 // From the front of the section: what each domain consumes now.
 // clang-format off
-static constexpr Row currentPowerRows[] = {
-    ROW(sPwrConsEntry, u16CurPwr),
-};
+static constexpr std::span<const Row> currentPowerRows = powerRows.first(1);
 static constexpr Row powerReadingRows[] = {
     ROW(sTolmAbsPowerReporting, CpuPwrCons).nesting(currentPowerRows),
     ROW(sTolmAbsPowerReporting, MemPwrCons).nesting(currentPowerRows),
@@ -22,7 +20,7 @@ static constexpr Row powerReadingRows[] = {
 
 // Reads the section and prints its timestamp. Returns null after a failure.
 static SectionBuffer beginView() {
-    SectionBuffer section = readWholeSection(powerReportingSection, MessageEnd::newline);
+    SectionBuffer section = readWholeSection(powerReportingSection, "\n");
     if (section) {
         printUpmTimestamp(timestampIn(section.get()));
     }

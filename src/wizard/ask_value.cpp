@@ -9,6 +9,9 @@
 #include <cstring>
 #include <unistd.h>
 
+// Room for a label and two bounds, which are at most 40 and 33 characters long.
+static constexpr size_t promptSize = 128;
+
 int readInputLine(char *buffer, size_t capacity) {
     if (isatty(fileno(stdin)) == 0) {
         return -1;
@@ -26,14 +29,20 @@ int readInputLine(char *buffer, size_t capacity) {
     return length > 0 ? 0 : -1;
 }
 
+static void showPrompt(const char *prompt) {
+    fputs(prompt, stdout);
+    flushStandardOutput();
+}
+
 // The dialogue that the numeric prompts share. `convert` takes the line and where to leave the end
-// of what it converted, and returns whether the value is within its bounds.
-template <typename PrintPrompt, typename Convert>
-static int askForNumber(const char *malformed, PrintPrompt printPrompt, Convert convert) {
+// of what it converted.
+template <typename Number>
+static int askForNumber(const char *prompt, const char *malformed,
+                        Number (*convert)(const char *, char **), Number min, Number max,
+                        Number &out) {
     char line[64];
     for (;;) {
-        printPrompt();
-        flushStandardOutput();
+        showPrompt(prompt);
         if (readInputLine(line, sizeof line) != 0) {
             return -1;
         }
@@ -43,76 +52,63 @@ static int askForNumber(const char *malformed, PrintPrompt printPrompt, Convert 
         }
         char *rest = line;
         errno = 0;
-        const bool isInRange = convert(line, &rest);
+        const Number value = convert(line, &rest);
         if (errno != 0 || *rest != '\0') {
             puts(malformed);
-        } else if (!isInRange) {
+        } else if (value < min || value > max) {
             puts("Out of range.");
         } else {
+            out = value;
             return 0;
         }
     }
 }
 
-int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
-    uint64_t value = 0;
-    const int status = askForNumber(
-        "Invalid unsigned integer.", [&] { printf("%s [0..%lu]: ", label, max); },
-        [&](const char *line, char **rest) {
-            value = strtoul(line, rest, 10); // a minus sign negates modulo 2^64
-            return value <= max;
-        });
-    if (status == 0) {
-        out = static_cast<uint32_t>(value);
-    }
-    return status;
+static uint64_t toUnsigned(const char *line, char **rest) {
+    return strtoul(line, rest, 10); // a minus sign negates modulo 2^64
 }
 
-static int askForLong(const char *malformed, const char *label, int64_t min, int64_t max,
-                      int64_t &out) {
-    int64_t value = 0;
-    const int status = askForNumber(
-        malformed, [&] { printf("%s [%ld..%ld]: ", label, min, max); },
-        [&](const char *line, char **rest) {
-            value = strtol(line, rest, 10);
-            return min <= value && value <= max;
-        });
-    if (status == 0) {
-        out = value;
-    }
+static int64_t toSigned(const char *line, char **rest) {
+    return strtol(line, rest, 10);
+}
+
+int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
+    char prompt[promptSize];
+    uint64_t value = out;
+    snprintf(prompt, sizeof prompt, "%s [0..%lu]: ", label, max);
+    const int status =
+        askForNumber<uint64_t>(prompt, "Invalid unsigned integer.", toUnsigned, 0, max, value);
+    out = static_cast<uint32_t>(value);
     return status;
 }
 
 int promptLong(const char *label, int64_t max, int64_t &out) {
-    return askForLong("Invalid integer.", label, 0, max, out);
+    char prompt[promptSize];
+    snprintf(prompt, sizeof prompt, "%s [0..%ld]: ", label, max);
+    return askForNumber<int64_t>(prompt, "Invalid integer.", toSigned, 0, max, out);
 }
 
 int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
+    char prompt[promptSize];
     int64_t value = out;
-    const int status = askForLong("Invalid number.", label, min, max, value);
+    snprintf(prompt, sizeof prompt, "%s [%d..%d]: ", label, min, max);
+    const int status = askForNumber<int64_t>(prompt, "Invalid number.", toSigned, min, max, value);
     out = static_cast<int32_t>(value);
     return status;
 }
 
 int promptDouble(const char *label, double min, double max, double &out) {
-    double value = 0;
-    const int status = askForNumber(
-        "Invalid floating value.", [&] { printf("%s [%.2f..%.2f]: ", label, min, max); },
-        [&](const char *line, char **rest) {
-            value = strtod(line, rest);
-            return !(value < min) && !(value > max);
-        });
-    if (status == 0) {
-        out = value;
-    }
-    return status;
+    char prompt[promptSize];
+    snprintf(prompt, sizeof prompt, "%s [%.2f..%.2f]: ", label, min, max);
+    return askForNumber(prompt, "Invalid floating value.", strtod, min, max, out);
 }
 
 int promptYesNo(const char *question) {
     char line[32];
+    char prompt[promptSize];
+    snprintf(prompt, sizeof prompt, "%s (default: n) [y/n]: ", question);
     for (;;) {
-        printf("%s (default: n) [y/n]: ", question);
-        flushStandardOutput();
+        showPrompt(prompt);
         if (readInputLine(line, sizeof line) != 0) {
             return 0;
         }
