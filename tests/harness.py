@@ -85,12 +85,13 @@ class Build:
         self.emulator = ["qemu-aarch64", "-L", "/usr/aarch64-linux-gnu"] if is_arm else []
 
     def command(self, program, *arguments, **settings):
-        """The words that run a program, with these variables in its environment."""
-        words = [f"{name}={value}" for name, value in settings.items()]
-        if self.emulator:  # for the program, not for the emulator
-            words = [*self.emulator, *(word for given in words for word in ("-E", given))]
-        elif words:
-            words.insert(0, "env")
+        """The words that run a program, with these variables in its environment, or without those
+        that are None."""
+        # To the emulator itself the environment means something else.
+        unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
+        words = self.emulator.copy() or ["env"]
+        for name, value in sorted(settings.items(), key=lambda item: item[1] is not None):
+            words += [unset, name] if value is None else [*assign, f"{name}={value}"]
         return [*words, str(self.directory / program), *arguments]
 
     @functools.cached_property
