@@ -102,6 +102,17 @@ class Build:
         return {row[0]: Field(*row[:2], *map(int, row[2:4]), *row[4:]) for row in rows}
 
     @functools.cached_property
+    def commands(self):
+        """The commands of orbelstatctl, as its help has them."""
+        text = subprocess.check_output(self.command("orbelstatctl", "--help"), text=True)
+        return re.findall(r"(?:^.* orbelstatctl|\|) (-*\w+)", text, re.M)
+
+    @functools.cached_property
+    def roots(self):
+        """What paths begin with."""
+        return list(dict.fromkeys(re.match(r"\w+", path)[0] for path in self.fields))
+
+    @functools.cached_property
     def sizes(self):
         """The sizes of the sections, by their numbers."""
         with tempfile.TemporaryDirectory() as directory:
@@ -240,6 +251,10 @@ def unescaped(text):
 
 def golden(name):
     return (GOLDEN / name).read_text("latin-1")
+
+
+# The forms of options, such as "-u -p <index>", without "-w", which is the heading of the writes.
+FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt"), re.M)
 
 
 def fail_if_different(expected, text, name):

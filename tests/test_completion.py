@@ -5,7 +5,7 @@ import shutil
 
 import pexpect
 import pytest
-from harness import ROOT
+from harness import FORMS, ROOT
 
 pytestmark = pytest.mark.builds("release")
 COMPLETION = ROOT / "completion"
@@ -41,7 +41,7 @@ OFFERS = {
     "orbelstatprobe -u -p 3 > x ": "", "orbelstatprobe > x -u ": "-h -p -t",
     "orbelstatprobe -u 2>x ": "-h -p -t",
     "tolmfill ": "--check --force", "tolmfill --force ": "", "tolmfill > ": "file-1",
-    "orbelstatctl ": "get json list save set --help --version", "orbelstatctl get ": "ROOTS",
+    "orbelstatctl ": "COMMANDS", "orbelstatctl get ": "ROOTS",
     "orbelstatctl get ps": "psu", "orbelstatctl get psu": " ".join(f"psu[{i}]" for i in range(12)),
     r"orbelstatctl json psu\[1": "psu[1] psu[10] psu[11]", "orbelstatctl list psu[3].psuB": "psu[3].psuBus",
     "orbelstatctl get upm.policies": " ".join(f"upm.policies[{i}]" for i in range(16)),
@@ -86,13 +86,20 @@ def typed(build, request, tmp_path_factory):
 
 
 @pytest.mark.parametrize("line", OFFERS)
-def test_offers(build, machine, typed, line):
-    letters = re.findall("orbelstatprobe (-[a-z])", machine.run("-h").out)
-    words = OFFERS[line].replace("OPTIONS", " ".join(sorted({"-h", "-i", "-l", *letters})))
-    words = words.replace("ROOTS", " ".join(dict.fromkeys(re.match(r"\w+", path)[0] for path in build.fields)))
+def test_offers(build, typed, line):
+    letters = {form[:2] for form in [*FORMS, "-h", "-i", "-l"]}
+    words = OFFERS[line].replace("OPTIONS", " ".join(sorted(letters)))
+    words = words.replace("ROOTS", " ".join(build.roots)).replace("COMMANDS", " ".join(sorted(build.commands)))
     # zsh quotes brackets, and has a directory end in a slash.
     shown = re.sub(r"\\(.)", r"\1", typed(line, "\t")).rstrip("/")
-    assert shown.split() == (re.sub("[^ >]*$", words, line, count=1) if words else line).split()
+    assert sorted(shown.split()) == sorted((re.sub("[^ >]*$", words, line, count=1) if words else line).split())
+
+
+@pytest.mark.parametrize("form", FORMS)
+def test_offers_every_word_of_a_form(typed, form):
+    words = re.sub("<.*?>", "1", "orbelstatprobe " + form).split()
+    for number in range(1, len(words)):
+        assert words[number] in typed(" ".join(words[:number]) + " ", "\t").split()[number:]
 
 
 @pytest.mark.parametrize("line", COMPLETED)
