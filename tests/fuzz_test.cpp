@@ -1,15 +1,21 @@
 // Runs the programs in this process with arguments, typed lines, sections, results and names that
-// all come from one input, over a library that checks every call. scripts/fuzz has libFuzzer make
-// the inputs; the test makes random ones, the same each time.
+// all come from one input, over a library that checks every call; the wizard also with dialogues
+// that go deep into it, and operations with numbers that no command line leads to. scripts/fuzz has
+// libFuzzer make the inputs; the test makes random ones, the same each time.
 #undef NDEBUG // the checks are assertions
 #include "cli/command_line.h"
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/fields.h"
 #include "sections/psu_info.h"
+#include "upm/policy_report.h"
+#include "upm/policy_writes.h"
 #include "upm/upm_block.h"
 
+#include <algorithm>
 #include <cassert>
+#include <cerrno>
 #include <cstring>
+#include <set>
 #include <span>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -37,6 +43,10 @@ static uint8_t contents[powerReportingSection.size]; // of each section, as far 
 static const uint8_t *input;                         // what is left of it, and a zero
 static size_t left;
 static size_t lastWord;
+static FILE *typed;                  // what the program reads as typed on a terminal
+static bool isAnyPlaceWritten;       // in the block, and not only fields with values in bounds
+static int writes;                   // calls of the library in this run
+static std::set<int32_t> fieldsSeen; // places of the fields written in all runs
 
 static size_t below(size_t limit) { // at most 256; 0 once the input has ended
     return left == 0 ? 0 : (--left, *input++ % limit);
@@ -87,9 +97,14 @@ extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offse
                (value <= *row.bound || row.type == Type::f64);
     };
     static const std::vector<Field> fields = fieldsIn("upm");
+    const bool isField = std::ranges::any_of(fields, isAllowed);
     assert(id == powerReportingSection.id);
-    assert((start == policyDataOffset && length == policyDataSize) ||
-           std::ranges::any_of(fields, isAllowed));
+    assert(isField || (start == policyDataOffset && length == policyDataSize) ||
+           (isAnyPlaceWritten && start + static_cast<size_t>(length) <= sizeof(sUpmBlock)));
+    if (isField) {
+        fieldsSeen.insert(offset);
+    }
+    ++writes;
     return copy(contents + offset, bytes, length);
 }
 
@@ -102,29 +117,122 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
     return 1;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    std::vector<uint8_t> terminated(data, data + size);
-    terminated.push_back(0);
-    input = terminated.data();
-    left = size;
-    lastWord = 0;
-    const bool isCompanion = below(3) == 2;
-    words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
+// With what is left of the input, over and over.
+static void fillSections() {
+    for (size_t i = 0; i < sizeof contents; i += left + 1) {
+        memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
+    }
+}
+
+// Types a number, or less often whatever word comes next.
+static void typeNumber(size_t number) {
+    below(32) == 31 ? fprintf(typed, "%s\n", nextWord()) : fprintf(typed, "%zu\n", number);
+}
+
+// Types a value; first, sometimes, one that may be refused.
+static void typeValue() {
+    static constexpr const char *edges[] = {"-1",   "100001",     "65535",      "1000000",
+                                            "-0.5", "4294967295", "4294967296", "-1e9"};
+    if (below(4) == 3) {
+        fprintf(typed, "%s\n", edges[below(std::size(edges))]);
+    }
+    typeNumber(below(2));
+}
+
+static void answerQuestions(int count) {
+    for (; count > 0; --count) {
+        if (below(2) == 1) {
+            fputs("y\n", typed);
+            typeValue();
+        } else {
+            fputs(below(2) == 1 ? "n\n" : "\n", typed);
+        }
+    }
+}
+
+// Types what leads through an editor, of power limits, thermal data or a policy, and out of it.
+static void useEditor(size_t group) {
+    if (group == 3) {
+        typeNumber(below(policyCount));
+    }
+    for (size_t rounds = below(8); rounds > 0; --rounds) {
+        if (group == 3) {
+            typeNumber(1 + below(30));
+            typeValue();
+        } else if (group == 1 && below(2) == 1) {
+            typeNumber(2);
+            answerQuestions(2);
+        } else {
+            fputs(group == 1 ? "1\n" : "", typed);
+            typeNumber(below(cpuCount));
+            answerQuestions(5);
+        }
+    }
+    fputs(group == 2 ? "-1\n" : "0\n", typed);
+}
+
+static void typeDialogue() {
+    for (const size_t rest = left / 2; left > rest;) {
+        const size_t group = 1 + below(3);
+        const size_t next = 1 + below(2);
+        typeNumber(group);
+        useEditor(group);
+        typeNumber(next);
+        if (next == 1) {
+            useEditor(group);
+        }
+    }
+}
+
+// One that lies at an edge, or a small one.
+static size_t sizeAround(size_t edge) {
+    const size_t choice = below(4);
+    return choice == 0 ? below(256) : (choice == 1 ? SIZE_MAX : edge) + below(3) - 1;
+}
+
+// The operations guard themselves.
+static void callOperations() {
+    static const uint8_t bytes[sizeof(sUpmBlock)] = {};
+    const auto policy = static_cast<uint32_t>(sizeAround(policyCount));
+    fillSections();
+    showPolicy(policy); // whose names are asked for with numbers of policies only
+    writePolicyState(policy, static_cast<int32_t>(below(2)));
+    assert(writes == (policy < policyCount ? 1 : 0));
+
+    const size_t offset = sizeAround(sizeof bytes);
+    const size_t length = sizeAround(offset <= sizeof bytes ? sizeof bytes - offset : 1);
+    const bool isInside = offset <= sizeof bytes && length <= sizeof bytes - offset;
+    isAnyPlaceWritten = true;
+    writes = 0;
+    const int result = writeUpmBlock(offset, bytes, length);
+    assert(writes == (isInside ? 1 : 0));
+    assert(isInside || result == -ERANGE);
+    isAnyPlaceWritten = false;
+}
+
+static void runProgram(bool isCompanion, bool isDialogue) {
+    static const char *const dialogue[] = {"program", "-w", "-u", "-m"};
     const char *arguments[10] = {"program"};
-    const int count = 1 + static_cast<int>(below(9));
+    int count = 1 + static_cast<int>(below(9));
+    if (isCompanion) {
+        words = companionWords;
+    }
     std::generate(arguments + 1, arguments + count, nextWord);
     if (isCompanion && count > 1 && below(8) != 0) {
         static constexpr const char *commands[] = {"get", "set", "list", "json"};
         arguments[1] = commands[below(std::size(commands))];
     }
-    stdin = fdopen(memfd_create("typed", 0), "w+");
-    for (size_t lines = below(256); lines > 0; --lines) {
-        fprintf(stdin, "%s\n", nextWord());
+    if (isDialogue) {
+        std::ranges::copy(dialogue, arguments);
+        count = static_cast<int>(std::size(dialogue));
+        typeDialogue();
+    } else {
+        for (size_t lines = below(256); lines > 0; --lines) {
+            fprintf(typed, "%s\n", nextWord());
+        }
     }
-    rewind(stdin);
-    for (size_t i = 0; i < sizeof contents; i += left + 1) {
-        memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
-    }
+    rewind(typed);
+    fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
     if (!isCompanion) {
@@ -134,18 +242,39 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         const int status = runCompanion(count, argv);
         assert(0 <= status && status <= 2);
     }
-    fclose(stdin);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    std::vector<uint8_t> terminated(data, data + size);
+    terminated.push_back(0);
+    input = terminated.data();
+    left = size;
+    lastWord = 0;
+    writes = 0;
+    words = probeWords;
+    typed = stdin = fdopen(memfd_create("typed", 0), "w+");
+    const size_t choice = below(8);
+    if (choice == 7) {
+        callOperations();
+    } else {
+        runProgram(choice<3, choice> 4);
+    }
+    fclose(typed);
     return 0;
 }
 
 #ifdef SEEDED
 int main() {
     stdout = fopen("/dev/null", "w");
-    stderr = stdout;
-    for (int run = 0; run < 5000; ++run) {
+    for (int run = 0; run < 2500; ++run) {
         uint8_t bytes[1000];
         std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
         LLVMFuzzerTestOneInput(bytes, sizeof bytes);
     }
+    // The dialogues reach nearly every field that may be written.
+    const std::vector<Field> fields = fieldsIn("");
+    const auto writable = std::ranges::count_if(
+        fields, [](const Field &field) { return field.row->bound.has_value(); });
+    assert(20 * static_cast<ptrdiff_t>(fieldsSeen.size()) > 19 * writable);
 }
 #endif

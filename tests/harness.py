@@ -1,0 +1,294 @@
+"""Runs the built programs as a user does, with sections of the test's own making in the shared
+memory and the recorder between a program and the platform's libraries."""
+import difflib
+import functools
+import os
+import pathlib
+import pty
+import re
+import struct
+import subprocess
+import tempfile
+import termios
+import threading
+from dataclasses import dataclass
+
+import pytest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+GOLDEN = ROOT / "tests/golden"
+# What tests that load a library into Python, or have the C library refuse memory, run with.
+native = pytest.mark.builds("release", "coverage")
+unsanitized = pytest.mark.builds("release", "controller", "coverage")
+
+CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I",
+         "float": "f", "double": "d"}
+
+
+@dataclass
+class Field:
+    """One line of `orbelstatctl list`."""
+    path: str
+    kind: str
+    section: int
+    offset: int
+    bounds: str = ""
+
+    @property
+    def size(self):
+        return int(self.kind[5:-1]) if self.is_text else struct.calcsize("<" + CODES[self.kind])
+
+    @property
+    def is_text(self):
+        return self.kind.startswith("char")
+
+    @property
+    def is_real(self):
+        return self.kind in ("float", "double")
+
+    @property
+    def name(self):
+        """The path without indices: the same for every element."""
+        return re.sub(r"\[\d+\]", "", self.path)
+
+    @property
+    def maximum(self):
+        number = self.bounds.partition("..")[2]
+        return float(number) if self.is_real else int(number)
+
+    def pack(self, value):
+        return struct.pack("<" + CODES[self.kind], value)
+
+    def unpack(self, data):
+        return struct.unpack("<" + CODES[self.kind], data)[0]
+
+
+@dataclass
+class Outcome:
+    out: str
+    err: str
+    status: int
+    calls: list  # of the platform's libraries, as the recorder writes them
+
+    def only(self, kind):
+        """The calls that begin with "read", "write" or "name"."""
+        return [call for call in self.calls if call.startswith(kind)]
+
+
+class Build:
+    def __init__(self, name):
+        self.name = name
+        self.directory = ROOT / "build" / name
+        self.program = str(self.directory / "orbelstatprobe")
+        with open(self.program, "rb") as file:
+            is_arm = file.read(20)[18] == 0xB7
+        self.emulator = ["qemu-aarch64", "-L", "/usr/aarch64-linux-gnu"] if is_arm else []
+
+    def command(self, program, *arguments, **settings):
+        """The words that run a program, with these variables in its environment, or without those
+        that are None."""
+        # To the emulator itself the environment means something else.
+        unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
+        words = self.emulator.copy() or ["env"]
+        for name, value in sorted(settings.items(), key=lambda item: item[1] is not None):
+            words += [unset, name] if value is None else [*assign, f"{name}={value}"]
+        return [*words, str(self.directory / program), *arguments]
+
+    @functools.cached_property
+    def fields(self):
+        """All fields, by their paths."""
+        lines = subprocess.check_output(self.command("orbelstatctl", "list"), text=True).splitlines()
+        rows = [line.split("\t") for line in lines]
+        return {row[0]: Field(*row[:2], *map(int, row[2:4]), *row[4:]) for row in rows}
+
+    @functools.cached_property
+    def commands(self):
+        """The commands of orbelstatctl, as its help has them."""
+        text = subprocess.check_output(self.command("orbelstatctl", "--help"), text=True)
+        return re.findall(r"(?:^.* orbelstatctl|\|) (-*\w+)", text, re.M)
+
+    @functools.cached_property
+    def roots(self):
+        """What paths begin with."""
+        return list(dict.fromkeys(re.match(r"\w+", path)[0] for path in self.fields))
+
+    @functools.cached_property
+    def sizes(self):
+        """The sizes of the sections, by their numbers."""
+        with tempfile.TemporaryDirectory() as directory:
+            subprocess.check_output(self.command("tolmfill", TOLM_SHM_DIR=directory))
+            return {int(file.name.partition("-")[2]): file.stat().st_size
+                    for file in pathlib.Path(directory).iterdir()}
+
+    @functools.cached_property
+    def pattern(self):
+        """Sections that reach every bit and in which no two neighbours and hardly any two words are
+        alike. There are no line ends in them, and floating point numbers and the UPM timestamp are
+        plausible ones."""
+        sections = {}
+        for section, size in self.sizes.items():
+            state, data = section, bytearray()
+            while len(data) < size:
+                state = (state * 1664525 + 1013904223) % 2**32
+                byte = state >> 24
+                if byte != ord("\n") and data[-1:] != bytes([byte]):
+                    data.append(byte)
+            sections[section] = data
+        for field in self.fields.values():
+            data = sections[field.section]
+            if field.is_real:
+                number = (struct.unpack_from("<i", data, field.offset)[0] >> 8) / 4096
+                data[field.offset:field.offset + field.size] = field.pack(number)
+        timestamp = self.fields["upm.timestamp"]
+        struct.pack_into("<Q", sections[timestamp.section], timestamp.offset, 1700000000007)
+        return sections
+
+
+class Machine:
+    """Sections in a directory, "section-<n>", zeros at first, and the programs of a build."""
+    is_recording = False
+
+    def __init__(self, build, directory):
+        self.build = build
+        self.directory = directory
+        self.environment = {}  # added to the program's
+        self.fill(0)
+
+    def path(self, section):
+        return pathlib.Path(self.directory, f"section-{section}")
+
+    def contents(self, section):
+        return self.path(section).read_bytes()
+
+    def fill(self, byte):
+        for section, size in self.build.sizes.items():
+            self.path(section).write_bytes(bytes([byte]) * size)
+
+    def fill_with_pattern(self):
+        for section, data in self.build.pattern.items():
+            self.path(section).write_bytes(data)
+
+    def fill_with_demo_data(self):
+        assert self.run("--force", program="tolmfill").status == 0
+
+    def poke(self, section, offset, data):
+        with open(self.path(section), "r+b") as file:
+            file.seek(offset)
+            file.write(data)
+
+    def set(self, path, value):
+        """Pokes a number, or bytes, into a field."""
+        field = self.build.fields[path]
+        self.poke(field.section, field.offset, value if isinstance(value, bytes) else field.pack(value))
+
+    def command(self, program, arguments, redirections):
+        calls = pathlib.Path(self.directory, "calls")
+        calls.unlink(missing_ok=True)
+        settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": calls,
+                    "LD_PRELOAD": self.build.directory / "librecorder.so",
+                    "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99",
+                    "UBSAN_OPTIONS": "exitcode=99", **self.environment}
+        command = self.build.command(program, *arguments, **settings)
+        return ["sh", "-c", redirections + ' exec "$@"', "sh", *command] if redirections else command
+
+    def outcome(self, out, err, status):
+        calls = pathlib.Path(self.directory, "calls")
+        lines = calls.read_text("latin-1").splitlines() if calls.exists() else []
+        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status, lines)
+
+    def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
+        """Standard input is no terminal: the wizard may not read it. `redirections` are commands
+        of the shell before the program's."""
+        ended = subprocess.run(self.command(program, arguments, redirections),
+                               input=typed.encode("latin-1"), capture_output=True)
+        return self.outcome(ended.stdout, ended.stderr, ended.returncode)
+
+    def run_on_terminal(self, *arguments, typed="", redirections=""):
+        """Standard input and output are a terminal without echo, on which `typed` waits to be read,
+        followed by the end of input, even in mid-line: no dialogue waits for ever."""
+        terminal, slave = pty.openpty()
+        characters = [b"\0"] * 32
+        characters[termios.VEOF] = b"\4"
+        # No translation of line ends either: what is read is what was printed.
+        termios.tcsetattr(slave, termios.TCSANOW, [0, 0, termios.CS8 | termios.CREAD, termios.ICANON,
+                                                   termios.B38400, termios.B38400, characters])
+        os.write(terminal, typed.encode("latin-1") + b"\4\4")
+        process = subprocess.Popen(self.command("orbelstatprobe", arguments, redirections),
+                                   stdin=slave, stdout=slave, stderr=subprocess.PIPE)
+        # The program's end of the terminal stays open here, and a mark after its last words tells
+        # that all is read: what a terminal holds when its last user goes can get lost.
+        mark, errors, text = b"\1end of output\1", [], b""
+
+        def wait():
+            errors.append(process.stderr.read())
+            process.wait()
+            os.write(slave, mark)
+
+        waiter = threading.Thread(target=wait)
+        waiter.start()
+        while not text.endswith(mark):
+            text += os.read(terminal, 4096)
+        waiter.join()
+        process.stderr.close()
+        os.close(terminal)
+        os.close(slave)
+        return self.outcome(text[:-len(mark)], errors[0], process.returncode)
+
+
+def lines_of(text):
+    """The lines with their ends. Unlike for splitlines, only a newline ends one."""
+    return re.findall(".*\n|.+", text)
+
+
+def escaped(text):
+    r"""With \xNN for each byte that is no printable character, and for a backslash."""
+    return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
+
+
+def unescaped(text):
+    return re.sub(r"\\x(..)", lambda match: chr(int(match[1], 16)), text)
+
+
+def golden(name):
+    return (GOLDEN / name).read_text("latin-1")
+
+
+# The forms of options, such as "-u -p <index>", without "-w", which is the heading of the writes.
+FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt"), re.M)
+
+
+def fail_if_different(expected, text, name):
+    difference = list(difflib.unified_diff(expected.splitlines(), text.splitlines(), name,
+                                           "the program", lineterm=""))
+    if difference or expected != text:
+        pytest.fail("\n".join(difference) or "the end of the last line differs", pytrace=False)
+
+
+def compare_with_golden(name, text):
+    text = escaped(text)
+    if Machine.is_recording:
+        (GOLDEN / name).write_text(text, "latin-1")
+    fail_if_different(golden(name), text, name)
+
+
+def entries_of(name):
+    """What a transcript has after each line "$ COMMAND -> ", by the commands."""
+    _, *parts = re.split(r"^\$ (.*?) -> ", golden(name), flags=re.M)
+    return dict(zip(parts[::2], parts[1::2]))
+
+
+def compare_with_entry(name, command, text):
+    text = escaped(text) + ("" if text.endswith("\n") else "(no line end)\n")
+    entries = entries_of(name)
+    if Machine.is_recording:
+        entries[command] = text
+        lines = "".join(f"$ {command} -> {text}" for command, text in entries.items())
+        (GOLDEN / name).write_text(lines, "latin-1")
+    else:
+        fail_if_different(entries[command], text, f"{name}: {command}")
+
+
+def settings_and_words(command):
+    """Splits "NAME=VALUE; WORDS", of which the first part may be missing, and undoes escapes."""
+    setting, separator, words = command.rpartition("; ")
+    return dict([setting.split("=", 1)] if separator else []), unescaped(words)

@@ -1,0 +1,90 @@
+"""What the compiler makes of the sources, and refuses to make."""
+import os
+import re
+import subprocess
+
+import pytest
+from harness import ROOT
+
+RECORD = """#include "rows/row.h"
+struct __attribute__((packed)) Inner { uint16_t number; };
+struct __attribute__((packed)) Outer { Inner inner; };
+struct __attribute__((packed)) Record {
+    uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; bool flag; Inner inner;
+    Outer outer;
+};
+struct __attribute__((packed)) Wide { uint32_t first; uint16_t beyond; };
+inline constexpr Row innerRows[] = {ROW(Inner, number)};
+inline constexpr Row outerRows[] = {ROW(Outer, inner).nesting(innerRows)};
+inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
+"""
+RIGHT = """ROW(Record, byte).as(Format::hex).asSwitch(), ROW(Record, words).as(Format::hexList4),
+    ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX),
+    ROW(Record, text).verbatim("text "), ROW(Record, inner).nesting(innerRows), line("--")"""
+FORMAT = "a second format, or one that is not for the member's type"
+BOUND = "a second bound, or a bound of what is no number"
+STRUCT = "rows of another struct, or rows that nest rows themselves"
+TWICE = "rows nested twice, or in what is no struct"
+
+
+def compiled(declaration):
+    command = ["g++", "-std=c++20", "-fsyntax-only", "-I", "src", "-x", "c++", "-"]
+    return subprocess.run(command, cwd=ROOT, input=RECORD + declaration, text=True, capture_output=True,
+                          env={**os.environ, "LC_ALL": "C"})
+
+
+def test_a_right_table_compiles():
+    assert compiled(f"constexpr Row rows[] = {{{RIGHT}}}; "
+                    'constexpr const Row *row = rowOf(rows, "large");').stderr == ""
+
+
+@pytest.mark.parametrize("row, reason", [
+    ("ROW(Record, small).as(Format::signedDecimal)", FORMAT),
+    ("ROW(Record, large).as(Format::widened)", FORMAT),
+    ("ROW(Record, words).as(Format::hexListAndText)", FORMAT),
+    ("ROW(Record, byte).as(Format::hexList)", FORMAT),
+    ("ROW(Record, byte).as(Format::hex).as(Format::threePlaces)", FORMAT),
+    ("ROW(Record, byte).upTo(256)", "a bound that the member cannot hold"),
+    ("ROW(Record, small).upTo(32768)", "a bound that the member cannot hold"),
+    ("ROW(Record, byte).upTo(1).upTo(2)", BOUND),
+    ("ROW(Record, text).upTo(1)", BOUND),
+    ("ROW(Record, inner).lowBytesUpTo(1)", BOUND),
+    ('line("--").upTo(1)', BOUND),
+    ("ROW(Record, inner).nesting(innerRows).nesting(innerRows)", TWICE),
+    ("ROW(Record, large).nesting(innerRows)", TWICE),
+    ("ROW(Record, outer).nesting(outerRows)", STRUCT),
+    ("ROW(Record, inner).nesting(wideRows)", STRUCT),
+    ("ROW(Record, flag)", "a type that no row shows"),
+    ('*rowOf(innerRows, "missing")', "no row has this path"),
+])
+def test_a_wrong_row_does_not_compile(row, reason):
+    ended = compiled(f"constexpr Row row = {row};")
+    assert ended.returncode != 0
+    assert reason in ended.stderr
+
+
+@pytest.mark.builds("release", "controller")  # unoptimised, calls of the C library are not fortified
+@pytest.mark.parametrize("program", ["orbelstatprobe", "orbelstatctl"])
+def test_programs_are_hardened(build, program):
+    path = build.directory / program
+    headers = subprocess.check_output(["readelf", "-hldW", "--dyn-syms", path], text=True)
+    for pattern in ("Type: +DYN", "GNU_RELRO", "FLAGS.* NOW", "GNU_STACK.* RW ", "__stack_chk_fail",
+                    "__printf_chk", r"RUNPATH.*\[[$]ORIGIN"):
+        assert re.search(pattern, headers), pattern
+    needed = [name for name in re.findall(r"\(NEEDED\).*\[(.*)\]", headers) if not name.startswith("ld-")]
+    if program == "orbelstatprobe":  # what people wait for is the start-up of what is needed
+        assert needed == ["libtolmshm.so.1", "libtolmdata.so.1", "libc.so.6"]
+    # Seen in the code: the linker's note on control flow stays away because the C library's start-up
+    # files are without. No frame on arm64 is large enough to be probed in steps.
+    machine = "aarch64" if build.emulator else "x86_64"
+    code = subprocess.check_output([f"{machine}-linux-gnu-objdump", "-d", path], text=True)
+    for pattern in ([r"\spaciasp", r"\sbti\s"] if build.emulator else
+                    [r"<main>:\n.*endbr64", r"orq +\$0x0,\(%rsp\)"]):
+        assert re.search(pattern, code), pattern
+
+
+def test_random_inputs_find_no_fault(build):
+    """The fuzzer's own program, with inputs that are the same each time."""
+    settings = {"ASAN_OPTIONS": "exitcode=99", "UBSAN_OPTIONS": "exitcode=99"}
+    ended = subprocess.run(build.command("tests/fuzz", **settings), capture_output=True, encoding="latin-1")
+    assert ended.returncode == 0, ended.stderr[-3000:]

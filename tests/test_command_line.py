@@ -1,0 +1,41 @@
+"""The command line: every message, exit status and order of actions."""
+import itertools
+import re
+
+import pytest
+from harness import compare_with_entry, entries_of, golden, lines_of, settings_and_words
+
+TRANSCRIPT = "command-lines.txt"
+# The reports in their order of precedence, with what else the options may be given as.
+PRECEDENCE = ("-l 5", "-d", "-o", "-e", "-r", "-c", "-u"), ("-i 2", "-d", "-o", "-e", "-r", "-c", "-u")
+PAIRS = list(dict.fromkeys(pair for order in PRECEDENCE for pair in itertools.combinations(order, 2)))
+
+
+def shortened(pieces, most):
+    """The pieces, or of many the first, the last and the number of all."""
+    return "".join(pieces if len(pieces) <= most else [pieces[0], f"... {len(pieces)} ...", pieces[-1]])
+
+
+@pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
+def test_answers(machine, command):
+    """In the transcript "'...'" is a word with blanks or none, and after "->" stand the exit status
+    and the library's calls. The fields of policies are left out, and of equal calls in a row all
+    but one."""
+    machine.environment, words = settings_and_words(command)
+    outcome = machine.run(*(quoted + bare for quoted, bare in re.findall("'([^']*)'|([^ ]+)", words)))
+    calls = [call for call, _ in itertools.groupby(", " + call[:40] for call in outcome.calls)]
+    text = (outcome.err + outcome.out).replace(golden("usage.txt"), "(usage)\n")
+    text = text.replace(golden("upm-help.txt"), "(help on -u)\n")
+    text = text.replace(machine.build.program, "PROGRAM")
+    lines = [line for line in lines_of(text) if not re.match(r" +\S*\(\d+\)\.", line)]
+    compare_with_entry(TRANSCRIPT, command, f"{outcome.status}{shortened(calls, 3)}\n{shortened(lines, 6)}")
+
+
+@pytest.mark.parametrize("first, second", PAIRS)
+def test_runs_only_the_first_report_in_the_order_of_precedence(machine, first, second):
+    machine.fill_with_pattern()
+    alone = machine.run(*first.split())
+    assert alone.out
+    assert machine.run(*first.split(), *second.split()) == alone
+    if second != "-u":  # which must be the last
+        assert machine.run(*second.split(), *first.split()) == alone

@@ -1,0 +1,109 @@
+"""Compares what people read with the built programs: every option, command, path and file stands
+wherever such are listed, and README's examples work as they are printed."""
+import os
+import re
+import shlex
+import shutil
+import string
+import subprocess
+
+import pytest
+from harness import FORMS, ROOT, golden
+from test_reports import REPORTS
+
+pytestmark = pytest.mark.builds("release")
+README = (ROOT / "README.md").read_text()
+PROGRAMS = "orbelstatprobe", "orbelstatctl", "tolmfill"
+MANUALS = {name: (ROOT / "man" / f"{name}.1").read_text() for name in PROGRAMS}
+LETTERS = [form for form in FORMS if len(form) == 2]
+
+
+def part_of(manual, heading):
+    """The text of a section of a manual page, without the marks of arguments and options."""
+    return re.search(rf"^\.Sh {heading}\n(.*?)(?=^\.Sh|\Z)", MANUALS[manual], re.M | re.S)[1]
+
+
+def test_every_letter_stands_in_the_usage_text(machine):
+    known = {f"-{letter}" for letter in string.ascii_letters + string.digits
+             if "invalid option" not in machine.run(f"-{letter}").err}
+    assert known == {*LETTERS, "-w", "-h", "-i", "-l"}
+    assert machine.run("-h").out == golden("usage.txt")
+
+
+@pytest.mark.parametrize("form", FORMS)
+def test_a_form_is_described(form):
+    synopsis = re.sub(r"Ar \w+|Cm 0 \| 1", "1", part_of("orbelstatprobe", "SYNOPSIS").replace("Fl ", ""))
+    words = re.sub("<.*?>", "1", form)
+    assert re.search(rf"^\.(. \| )*{words.replace('-', '')}( \||$)", synopsis, re.M)
+    assert f"| `{form}` |" in README
+    if not form.startswith("-w"):
+        measured = re.search("for options in (.*); do", (ROOT / "scripts/bench").read_text())[1]
+        assert words in shlex.split(re.sub(r"\d+", "1", measured))
+        assert re.sub("<.*?>", "7", form) in [report.arguments for report in REPORTS]
+
+
+@pytest.mark.parametrize("letter", LETTERS)
+def test_a_letter_is_described(letter):
+    assert f"\n.It Fl {letter[1]}\n" in MANUALS["orbelstatprobe"]
+    for text, mark in (README, f"`{letter}`"), (part_of("orbelstatprobe", "DESCRIPTION"), f".Fl {letter[1]} "):
+        order = re.search(r"in (?:the|this)\s+order(.*?)\.\n[^.\n]", text, re.S)[1]
+        assert mark in order
+    if letter != "-o":  # which reads none
+        assert re.search(rf"^\| .*\| `section.*`{letter}`", README, re.M)
+        assert re.search(rf"Fl {letter[1]}\b", part_of("orbelstatprobe", "FILES"))
+
+
+def test_commands_are_described(build):
+    assert {"list", "get", "set", "json", "save", "--help"} <= set(build.commands)
+    for command in build.commands:
+        assert re.search(rf"(Cm|Fl|\|) {command.removeprefix('-')}\b", part_of("orbelstatctl", "SYNOPSIS"))
+
+
+def test_roots_are_described(build):
+    """In the list of paths, in the files that hold them and in README's table of sections."""
+    for path, field in build.fields.items():
+        root = re.match(r"\w+", path)[0]
+        assert re.search(rf"^\.It Sy {root}\b", MANUALS["orbelstatctl"], re.M), root
+        files = part_of("orbelstatctl", "FILES")
+        assert re.search(rf"\b{field.section}\n\.Pq Sy [^.]*\b{root}\b", files), root
+        assert re.search(rf"^\|.*`section-{field.section}` \| {build.sizes[field.section]} .*`{root}`", README,
+                         re.M), root
+
+
+def test_sections_are_described(build):
+    listed = re.findall(r"Pa section-(\d+)", part_of("tolmfill", "FILES"))
+    assert sorted(map(int, listed)) == sorted(build.sizes)
+    for section in build.sizes:
+        assert re.search(rf"^(and )?{section}$", part_of("orbelstatprobe", "FILES"), re.M)
+
+
+def test_every_installed_program_has_a_manual_and_completion(build, tmp_path):
+    subprocess.run(["cmake", "--build", build.directory, "--target", "install"], check=True, stdout=subprocess.DEVNULL,
+                   env={**os.environ, "DESTDIR": str(tmp_path)})
+    installed = {str(file.relative_to(tmp_path)) for file in tmp_path.rglob("*") if not file.is_dir()}
+    programs = [name.removeprefix("usr/bin/") for name in installed if name.startswith("usr/bin/")]
+    assert sorted(programs) == sorted(PROGRAMS)
+    for program in programs:
+        assert f".Nm {program}\n" in MANUALS[program]
+        assert {f"usr/share/bash-completion/completions/{program}",
+                f"usr/share/zsh/vendor-completions/_{program}"} <= installed
+        assert any(name.startswith(f"usr/share/man/man1/{program}.1") for name in installed)
+
+
+def test_the_examples_work(build, tmp_path):
+    """Those with orbelstatctl in the order of README, in a directory that looks like the project's."""
+    examples = [block for block in re.findall("(?:^    .*\n)+", README, re.M) if "orbelstatctl" in block]
+    if not shutil.which("jq"):
+        examples = [block for block in examples if "jq" not in block]
+    programs = tmp_path / "build/release"
+    programs.mkdir(parents=True)
+    for name in PROGRAMS:
+        (programs / name).symlink_to(build.directory / name)
+    environment = {**os.environ, "TOLM_SHM_DIR": str(tmp_path / "sections"),
+                   "PATH": f"{programs}:{os.environ['PATH']}"}
+    subprocess.run([programs / "tolmfill"], check=True, env=environment)
+    assert examples
+    for block in examples:
+        ended = subprocess.run(["bash", "-e", "-o", "pipefail", "-c", block], cwd=tmp_path, env=environment,
+                               capture_output=True, text=True)
+        assert ended.returncode == 0, block + ended.stderr

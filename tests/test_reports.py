@@ -1,0 +1,275 @@
+"""What holds for every report: its golden, its repetitions, its failures; and the edges that those
+cannot show."""
+import math
+import random
+import re
+import struct
+from dataclasses import dataclass, field
+
+import pytest
+from harness import compare_with_golden, lines_of, unsanitized
+
+POLICY_LINES = 30
+
+
+@dataclass
+class Repetition:
+    """Records that are shown one after the other in the same way."""
+    opening: str  # how the text of the first one begins
+    name: str  # of each, in its text: a format of its number
+    count: int
+    lines: int  # of one record
+    arrays: list  # that hold the records or parts of them: section, start and size of the first
+    first: int = 0  # the number of the first
+
+    def __str__(self):
+        return self.name
+
+
+@dataclass
+class Report:
+    arguments: str
+    golden: str  # "" if another test says what the report is made of
+    lines: int
+    section: int = None
+    read_size: int = 0  # of its first read, in bytes
+    failure_end: str = "\n"  # after a failure message
+    repetitions: list = field(default_factory=list)  # in the order of the report
+
+    def __str__(self):
+        return self.arguments
+
+    def run(self, machine):
+        return machine.run(*self.arguments.split())
+
+
+GLOBAL, PSU, REPORTING, CONFIG = (39, 803), (7, 816), (6, 30277), (8, 224)
+REPORTS = [
+    Report("-o", "global-offsets.txt", 109),
+    Report("-d", "global-dump.txt", 159, *GLOBAL, repetitions=[
+        Repetition("   CpuPowerStat", "CpuPowerStat[{}].", 4, 4, [(39, 486, 17)]),
+        Repetition("   MemPowerStat", "MemPowerStat[{}].", 8, 4, [(39, 571, 17)])]),
+    Report("-e", "psu-info.txt", 12 * 93, *PSU, repetitions=[
+        Repetition("sTolmAbsPSUInfo DATA", "INFO FOR PSU {} ::", 12, 93, [(7, 0, 816), (7, 9792, 35)], 1)]),
+    Report("-r", "power-reporting.txt", 683, *REPORTING, repetitions=[
+        Repetition("   Last minute", "Last minute-{:2}\t", 60, 1, [(6, 383, 8)]),
+        Repetition("   Last hour", "Last hour-{:2}\t", 24, 1, [(6, 863, 8)]),
+        Repetition("   Last day", "Last day-{:2}\t", 14, 1, [(6, 1055, 8)]),
+        Repetition("   sPowerReportSection.CpuPwrCons", "CpuPwrCons[{}].", 5, 6, [(6, 1183, 17)]),
+        Repetition("   sPowerReportSection.MemPwrCons", "MemPwrCons[{}].", 9, 6, [(6, 1268, 17)]),
+        Repetition("   sPowerReportSection.vcoreVRData", "vcoreVRData[{}].", 20, 14, [(6, 1525, 132)]),
+        Repetition("   cpuSample", "cpuSample", 25, 1, [(6, 28635, 1)])]),
+    Report("-c", "power-config.txt", 12, *CONFIG),
+    Report("-u", "upm-dump.txt", 120 + 16 * (POLICY_LINES + 2), *REPORTING, repetitions=[
+        Repetition("          >>>", "-{0}({0}).", 16, POLICY_LINES + 2, [(6, 29029, 72)])]),
+    Report("-u -t", "upm-thermal.txt", 63, *REPORTING),
+    Report("-u -p -c", "upm-power-limits.txt", 57, *REPORTING),
+    Report("-u -p -a", "", 9 + 16 * (POLICY_LINES + 2), *REPORTING, failure_end=""),
+    Report("-u -p 7", "upm-policy.txt", 9 + POLICY_LINES, *REPORTING, failure_end=""),
+]
+CLEAR = Report("-w -u -c", "", 0, *REPORTING, failure_end="")
+
+
+@pytest.fixture
+def patterned(machine):
+    """A machine on which every byte of a report comes from the right place, or it shows."""
+    machine.fill_with_pattern()
+    machine.environment |= {"TZ": "IST-5:30", "POLICY_NAME": "%s%n"}  # a name is text, not a format
+    machine.set("psu[0].psuType", 2)  # the first unit shows u16VinMax
+    machine.set("psu[0].psuFwVersion[0]", b"1\0\7\t")
+    for path in "reporting.activePolicyName", "reporting.vcoreVRData[0].DisplayName", "psu[0].psuBus.deviceName":
+        text = machine.build.fields[path]
+        machine.poke(text.section, text.offset + (10 if "active" in path else 5), b"\0")  # before its end
+    # Numbers with fewer digits than are shown: an average reading, two samples, words in a list.
+    for path in ("reporting.hour_oob_data[0].cups_cpu_usage", "reporting.cpuSample[0]",
+                 "global.sTolmPwrBudgetTypePWR.au16VRAmp[0]", "global.sPSStateInfoPWR.u8Status[0]"):
+        machine.set(path, b"\7\0")
+    machine.set("upm.policies[7].PolicyDomain", 2)  # that has a name
+    return machine
+
+
+def first_line_of(repetition, lines):
+    return next(i for i, line in enumerate(lines) if line.startswith(repetition.opening))
+
+
+def shortened(text, report):
+    """The text with all but the first of what repeats cut out."""
+    lines = lines_of(text)
+    for repetition in report.repetitions:
+        start = first_line_of(repetition, lines) + repetition.lines
+        cut = repetition.lines * (repetition.count - 1)
+        lines[start:start + cut] = [f"({cut} lines)\n"]
+    return "".join(lines)
+
+
+def records_in(text, repetition):
+    """The text of each record, with "#" for the record's own name."""
+    lines = lines_of(text)
+    start = first_line_of(repetition, lines)
+    records = []
+    for number in range(repetition.first, repetition.first + repetition.count):
+        record = "".join(lines[start:start + repetition.lines])
+        records.append(record.replace(repetition.name.format(number), "#"))
+        start += repetition.lines
+    return records
+
+
+@pytest.mark.parametrize("report", REPORTS, ids=str)
+def test_golden(patterned, report):
+    outcome = report.run(patterned)
+    assert (outcome.status, outcome.out.count("\n")) == (0, report.lines)
+    if report.golden:
+        compare_with_golden(report.golden, shortened(outcome.out, report))
+
+
+def test_signs(machine):
+    """Where all bits are set, the signed numbers are those that show as -1."""
+    machine.fill(0xFF)
+    texts = [shortened(report.run(machine).out, report)
+             for report in REPORTS if report.golden]
+    compare_with_golden("signed-numbers.txt", "".join(re.findall(".* -1\n", "".join(texts))))
+
+
+@pytest.mark.parametrize("report, repetition", [(r, one) for r in REPORTS for one in r.repetitions],
+                         ids=str)
+def test_a_record_shows_the_same_in_every_place(patterned, report, repetition):
+    """With every record moved to the next one's place, and the last to the first one's, each shows
+    as it did before, but for its number."""
+    before = records_in(report.run(patterned).out, repetition)
+    assert len(set(before)) > 1
+    for section, start, size in repetition.arrays:
+        data = patterned.contents(section)[start:start + size * repetition.count]
+        patterned.poke(section, start, data[-size:] + data[:-size])
+    after = records_in(report.run(patterned).out, repetition)
+    assert after == before[-1:] + before[:-1]
+
+
+failing = pytest.mark.parametrize("report", [r for r in [*REPORTS, CLEAR] if r.section], ids=str)
+
+
+@failing
+def test_a_refused_read_is_told(machine, report):
+    machine.environment["FAIL_READ"] = "1:7"
+    outcome = report.run(machine)
+    assert outcome.out == "ERROR reading data from shm! ret=7" + report.failure_end
+    assert outcome.calls == [f"read {report.section} 0 {report.read_size}"]
+    assert outcome.status == 0
+
+
+@unsanitized
+@failing
+def test_refused_memory_is_told(machine, report):
+    machine.environment["REFUSE"] = report.read_size
+    outcome = report.run(machine)
+    assert outcome.out == f"ERROR with malloc sizeof {report.read_size}!" + report.failure_end
+    assert (outcome.calls, outcome.status) == ([], 0)
+
+
+def test_a_bus_record_that_cannot_be_read_shows_as_zeros(machine):
+    machine.fill_with_pattern()
+    whole = machine.run("-e").out
+    machine.environment["FAIL_READ"] = "4:3"
+    out = machine.run("-e").out
+    machine.environment.clear()
+    machine.set("psu[1].psuBus.bus", bytes(35))
+    assert machine.run("-e").out == out != whole
+
+
+def test_a_unit_of_type_1_shows_its_direct_current_maximum(machine):
+    machine.set("psu[0].psuType", 1)
+    machine.set("psu[0].u16VinDCMax", 2**32 - 3)
+    prefix = "   sPSUPwrSection."
+    assert (prefix + "u16PinMax ------------- 0\n" + prefix + "u16VinDCMax ------------- -3\n"
+            + prefix + "u16IinMax") in machine.run("-e").out
+
+
+def printed(form, number):
+    """As printf prints it: unlike Python it shows the sign of what is no number."""
+    sign = "-" if math.isnan(number) and math.copysign(1, number) < 0 else ""
+    return sign + form % number
+
+
+def test_floating_point_numbers_show_as_printf_prints_them(machine):
+    """Numbers of any size, some of no finite size, many half way between two that can be shown."""
+    odd = [0.375, -0.125, -0.0, math.inf, -math.inf, math.nan, -math.nan, 3.4e38, 1e15, 9.999999e8,
+           5e-324, 0.999999999, 123456.5, 1e-5, 999999.5]
+    chance = random.Random(1)
+    def single():
+        bits = chance.getrandbits(32).to_bytes(4, "little")
+        return chance.choice([struct.unpack("<f", bits)[0], int.from_bytes(bits[:3], "little") / 128,
+                              -int.from_bytes(bits[:2], "little") / 8, chance.choice(odd)])
+
+    for root, option, form in ("reporting", "-r", "%.2f"), ("psu", "-e", "%.6f"), ("upm", "-u", "%g"):
+        fields = [one for one in machine.build.fields.values() if one.is_real and one.path.startswith(root)]
+        labels = {one.path.rpartition(".")[2] for one in fields}
+        for _ in range(6):
+            expected = []
+            for one in fields:
+                number = one.unpack(one.pack(single()))
+                machine.set(one.path, number)
+                expected.append((one.path.rpartition(".")[2], printed(form, number)))
+            shown = re.findall(r"\.([^ .]+) [- ]*-- ?(\S+)$", machine.run(option).out, re.M)
+            assert sorted(expected) == sorted(pair for pair in shown if pair[0] in labels)
+
+
+# What is peculiar to the UPM reports and the policy writes.
+
+def test_the_name_of_a_policy_is_asked_for_on_every_line(machine):
+    names = []
+    for policy in range(16):
+        outcome = machine.run("-u", "-p", str(policy))
+        assert outcome.only("name") == [f"name {policy}"] * POLICY_LINES
+        assert outcome.out.count(f" POLICY-{policy}({policy}).") == POLICY_LINES
+        names += outcome.only("name")
+    assert machine.run("-u", "-p", "-a").only("name") == names
+    assert machine.run("-u").only("name") == names
+
+
+def test_all_policies_show_as_one_by_one(machine):
+    machine.fill_with_pattern()
+    separator = 42 * ">" + 41 * "<" + "\n"
+    ones = [machine.run("-u", "-p", str(policy)).out.rpartition("---\n") for policy in range(16)]
+    together = "".join(separator + fields + separator for _, _, fields in ones)
+    assert machine.run("-u", "-p", "-a").out == "".join(ones[0][:2]) + together
+
+
+@pytest.mark.parametrize("name, shown", [(300 * "N", 300 * "N" + "-4"), ("", "(null)")], ids=["long", "none"])
+def test_a_policy_name_of_any_length(machine, name, shown):
+    machine.environment["POLICY_NAME"] = name
+    assert machine.run("-u", "-p", "4").out.count(f"\n {shown}(4).") == POLICY_LINES
+
+
+@pytest.mark.parametrize("domain, name", [(0, "cpu"), (1, "mem"), (2, "system"), (3, "gpu"),
+                                          (4, "unknown"), (65535, "unknown")])
+def test_a_power_domain_has_its_name(machine, domain, name):
+    machine.set("upm.policies[0].PolicyDomain", domain)
+    assert f"PolicyDomain ----- {domain} ({name})\n" in machine.run("-u", "-p", "0").out
+
+
+@pytest.mark.parametrize("milliseconds, text, failing_function", [
+    (0, "Thu Jan 01 00:00:00.000 1970", ""),
+    (253402300800000, "Sat Jan 01 00:00:00.000 10000", ""),
+    (315507352780799999, "Fri Dec 31 23:59:59.999 9999999", ""),
+    (315507352780800000, "<formatting error>", ""),
+    (2**64 - 1, "<formatting error>", ""),
+    (0, "<invalid time>", "localtime_r"),
+    (0, "<formatting error>", "strftime"),
+])
+def test_the_timestamp(machine, milliseconds, text, failing_function):
+    machine.environment["NO_TIME"] = failing_function
+    machine.set("upm.timestamp", milliseconds)
+    assert machine.run("-u", "-t").out.startswith(f"Timestamp: {text}\n")
+
+
+def test_policy_writes_touch_nothing_else(machine):
+    machine.fill_with_pattern()
+    policies = [machine.build.fields[f"upm.policies[{policy}].state"] for policy in range(16)]
+    expected = bytearray(machine.contents(6))
+    machine.run("-w", "-u", "-p", "2", "-s", "1")
+    expected[policies[2].offset:policies[2].offset + 2] = b"\1\0"
+    assert machine.contents(6) == expected
+    outcome = machine.run("-w", "-u", "-c")
+    for state in policies:  # and the power limit after it
+        expected[state.offset:state.offset + 6] = bytes(6)
+    assert machine.contents(6) == expected
+    assert [call[:20] for call in outcome.only("write")] == ["write 6 29013 1176: "]

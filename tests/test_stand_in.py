@@ -1,0 +1,121 @@
+"""The stand-in: its shared-memory library, called from here, and tolmfill."""
+import ctypes
+import errno
+import fcntl
+import os
+import threading
+
+import pytest
+from harness import native
+
+
+@pytest.fixture
+def library(machine, monkeypatch):
+    monkeypatch.setenv("TOLM_SHM_DIR", machine.directory)
+    return ctypes.CDLL(str(machine.build.directory / "libtolmshm.so"))
+
+
+@native
+@pytest.mark.parametrize("section, offset, length, result", [
+    (8, 0, 224, 0), (8, 223, 1, 0), (8, 224, 0, 0), (8, 224, 1, -errno.ERANGE),
+    (8, 1, 224, -errno.ERANGE), (8, 2**31 - 1, 2**31 - 1, -errno.ERANGE), (8, -1, 1, -errno.EINVAL),
+    (8, 0, -1, -errno.EINVAL), (1000, 0, 1, -errno.ENOENT)])
+def test_copies_exactly_the_bytes_asked_for_or_none(machine, library, section, offset, length, result):
+    copied = 0 if result else length
+    machine.fill(0x11)
+    buffer = ctypes.create_string_buffer(300 * b"\x22", 300)
+    assert library.Tolm_shm_memread(section, buffer, offset, length) == result
+    assert buffer.raw == copied * b"\x11" + (300 - copied) * b"\x22"
+    buffer.raw = 300 * b"\x33"
+    assert library.Tolm_shm_memwrite(section, buffer, offset, length) == result
+    expected = bytearray(224 * b"\x11")
+    if copied:
+        expected[offset:offset + copied] = copied * b"\x33"
+    assert machine.contents(8) == expected
+
+
+@native
+def test_uses_regular_files_only(machine, library):
+    """What is none is refused, at once and untouched."""
+    link, target = machine.path(8), machine.directory + "/somebodys-file"
+    link.rename(target)
+    link.symlink_to(target)
+    os.mkfifo(machine.path(1))
+    machine.path(2).mkdir()
+    byte = ctypes.create_string_buffer(b"\x44", 1)
+    for section, reason in (8, errno.ELOOP), (1, errno.ENXIO), (2, errno.EISDIR):
+        assert library.Tolm_shm_memread(section, byte, 0, 1) == -reason
+        assert library.Tolm_shm_memwrite(section, byte, 0, 1) == -reason
+    assert machine.run("--force", program="tolmfill").status == 1
+    assert link.is_symlink()
+    with open(target, "rb") as file:
+        assert file.read() == bytes(224)
+
+
+@native
+def test_each_call_is_whole(machine, library):
+    """Another user of the lock reads and writes a section byte by byte: neither finds the other's
+    bytes among its own."""
+    file = os.open(machine.path(8), os.O_RDWR)
+    is_done, mixed = threading.Event(), []
+
+    def call():
+        buffer = ctypes.create_string_buffer(224)
+        while not is_done.is_set():
+            buffer.raw = bytes([(buffer.raw[0] + 2) % 256]) * 224
+            library.Tolm_shm_memwrite(8, buffer, 0, 224)
+            library.Tolm_shm_memread(8, buffer, 0, 224)
+            mixed.extend(set(buffer.raw[1:]) - {buffer.raw[0]})
+    caller = threading.Thread(target=call)
+    caller.start()
+    for value in range(1, 256, 2):
+        fcntl.flock(file, fcntl.LOCK_SH)
+        data = b"".join(os.pread(file, 1, offset) for offset in range(224))
+        fcntl.flock(file, fcntl.LOCK_UN)
+        mixed.extend(set(data[1:]) - {data[0]})
+        fcntl.flock(file, fcntl.LOCK_EX)
+        for offset in range(224):
+            os.pwrite(file, bytes([value]), offset)
+        fcntl.flock(file, fcntl.LOCK_UN)
+    is_done.set()
+    caller.join()
+    os.close(file)
+    assert mixed == []
+
+
+def tolmfill(machine, *words):
+    return machine.run(*words, program="tolmfill")
+
+
+def test_tolmfill_leaves_existing_sections_alone(machine):
+    machine.path(7).unlink()
+    assert tolmfill(machine).status == 2
+    assert len(machine.contents(7)) == 10212
+    assert machine.contents(8) == bytes(224)
+    assert tolmfill(machine, "--force").status == 0
+    assert machine.contents(8) != bytes(224)
+    assert tolmfill(machine, "--check").status == 0
+
+
+def test_tolmfill_checks_that_sections_are_there_and_of_their_size(machine):
+    outcome = tolmfill(machine, "--check")
+    assert (outcome.status, outcome.out) == (0, "")
+    machine.path(6).unlink()
+    os.truncate(machine.path(8), 223)
+    outcome = tolmfill(machine, "--check")
+    assert (outcome.status, outcome.out) == (1, f"{machine.path(6)}: No such file or directory\n"
+                                                f"{machine.path(8)}: 223 bytes, not 224\n")
+
+
+def test_no_directory_is_the_default_one(machine):
+    outcomes = []
+    for directory in "", None, "/dev/shm/tolm":
+        machine.environment["TOLM_SHM_DIR"] = directory
+        outcomes.append(tolmfill(machine, "--check"))
+    assert outcomes == outcomes[:1] * 3
+
+
+@pytest.mark.parametrize("words", ["--frobnicate", "--force --check", "section-8"])
+def test_tolmfill_refuses_wrong_usage(machine, words):
+    assert tolmfill(machine, *words.split()).status == 1
+    assert machine.contents(8) == bytes(224)

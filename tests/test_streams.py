@@ -1,0 +1,55 @@
+"""A run whose standard streams are closed or cannot be written, and what is out when."""
+import pytest
+from harness import golden, lines_of
+
+LOST = "orbelstatprobe: standard output: "
+FULL = LOST + "No space left on device\n"
+
+
+@pytest.mark.parametrize("closed", [">&-", "2>&-", ">&- 2>&-", "<&- >&- 2>&-"])
+def test_closed_streams_do_not_lead_into_a_section(machine, closed):
+    """A platform library that keeps its section open must not get standard output's place."""
+    machine.fill_with_pattern()
+    machine.environment["KEEP_OPEN"] = machine.path(6)
+    status = machine.run("-r", redirections=f"exec {closed};").status
+    machine.run("-x", redirections=f"exec {closed};")  # getopt complains on standard error
+    assert machine.contents(6) == machine.build.pattern[6]
+    assert status == (0 if closed == "2>&-" else 74)
+
+
+@pytest.mark.parametrize("closed, is_named, status", [
+    ("<&-", False, 0), (">&-", True, 74), ("<&- >&-", True, 74), ("2>&-", False, 74)])
+def test_without_the_null_device_output_must_be_open(machine, closed, is_named, status):
+    """If it would be lost, nothing is read and the reason is given."""
+    machine.environment["NO_NULL"] = "1"
+    outcome = machine.run("-c", redirections=f"exec {closed};")
+    assert outcome.err == ("orbelstatprobe: standard output is closed, and /dev/null cannot take its "
+                           "place: Permission denied\n" if is_named else "")
+    assert (outcome.status, len(outcome.calls), outcome.out != "") == (status, status == 0, status == 0)
+
+
+def test_both_streams_keep_their_order(machine):
+    usage = golden("usage.txt")
+    out = machine.run("-h", "-x", redirections="exec 2>&1;").out
+    assert out == f"{usage}{machine.build.program}: invalid option -- 'x'\n{usage}"
+
+
+def test_a_unit_is_out_before_the_next_is_read(machine):
+    lines = lines_of(machine.run("-e").out)
+    machine.environment["END_AT_READ"] = "5"  # of the third unit
+    assert machine.run("-e").out == "".join(lines[:len(lines) // 12 * 2])
+
+
+@pytest.mark.parametrize("arguments, stream, err, status", [
+    ("-e", "/dev/full", FULL, 74),
+    ("-c", "/dev/full", FULL, 74),
+    ("-u -x", "/dev/full", FULL, 1),
+    ("-w", "/dev/full", FULL, 255),
+    ("-w -u -m", "/dev/full", FULL, 255),
+    ("-c", "&-", LOST + "Bad file descriptor\n", 74),
+    ("-w -u -p 3 -s 1", "/dev/full", "", 0),
+    ("-w -u -p 3 -s 1", "&-", "", 0),
+])
+def test_lost_output_is_told(machine, arguments, stream, err, status):
+    outcome = machine.run(*arguments.split(), redirections=f"exec >{stream};")
+    assert (outcome.err, outcome.status) == (err, status)

@@ -1,0 +1,95 @@
+"""The overwrite wizard as a dialogue on a terminal: what is typed, what appears, what is written."""
+import re
+
+import pytest
+from harness import (compare_with_entry, compare_with_golden, entries_of, golden, lines_of,
+                     settings_and_words, unsanitized)
+
+TRANSCRIPT = "wizard.txt"
+WIZARD = ["-w", "-u", "-m"]
+# What asks for yes or no is often followed by the next prompt on the same line.
+PROMPT = re.compile(r"(?P<number>\[-?[\d.]+\.\.[\d.]+\]: )|\(default: n\) \[y/n\]: (?P<last>(?!.*\]: ))?")
+# Texts of several lines that have a short name in transcripts.
+_, *parts = re.split(r"^\((.*)\)\n", golden("wizard-blocks.txt"), flags=re.M)
+BLOCKS = {name: lines_of(text) for name, text in zip(parts[::2], parts[1::2])}
+
+
+def with_answers(text, typed):
+    """As if the terminal echoed what was typed at each prompt, with a new line after it unless the
+    answer of yes or no leads to the next question."""
+    answers = iter(typed.split("\n"))
+
+    def answered(prompt):
+        ends_line = prompt["number"] or prompt["last"] is not None
+        return (prompt["number"] or "(y/n) ") + next(answers, "(end)") + ("\n" if ends_line else ", ")
+    return PROMPT.sub(answered, text)
+
+
+def with_names(text, blocks):
+    """The names of blocks in place of their lines. Where less than half of the lines differ, these
+    follow the name."""
+    lines, shown = lines_of(text), ""
+    while lines:
+        best, equal = "", 0
+        for name, block in blocks.items():
+            count = sum(line == known for line, known in zip(lines, block))
+            if len(lines) >= len(block) and 2 * count > len(block) and count > equal:
+                best, equal = name, count
+        if best:
+            different = [line for line, known in zip(lines, blocks[best]) if line != known]
+            shown += "".join([f"({best}, but)\n", *different]) if different else f"({best}) "
+        else:
+            shown += lines[0]
+        del lines[:len(blocks[best]) if best else 1]
+    return shown
+
+
+@pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
+def test_dialogue(machine, command):
+    """Whole dialogues; of every kind of prompt, what it takes and what it asks again; input that
+    ends at it; shared memory that fails. In the transcript "|" ends a line of input, and after "->"
+    stand the exit status, the number of reads and the writes."""
+    machine.fill_with_pattern()
+    blocks = {**BLOCKS, "policy 0": lines_of(machine.run("-u", "-p", "0").out)}
+    machine.environment, words = settings_and_words(command)
+    typed = words.replace("|", "\n")
+    outcome = machine.run_on_terminal(*WIZARD, typed=typed)
+    happened = [str(outcome.status), f"{len(outcome.only('read'))} reads", *outcome.only("write")]
+    compare_with_entry(TRANSCRIPT, command,
+                       ", ".join(happened) + "\n" + with_names(with_answers(outcome.out, typed), blocks))
+
+
+def test_every_field_has_its_bounds(machine):
+    """Answers each question just outside of its bounds, which is refused, and with the upper one."""
+    numbers = re.findall(r"^ +([1-9]\d*)\) ", "".join(BLOCKS["policy fields"]), re.M)
+    ways = [f"3\n15\n{number}\n" for number in numbers]
+    for way in "1\n1\n2\n", "1\n2\n", "2\n3\n":
+        asked = machine.run_on_terminal(*WIZARD, typed=way).out  # and not answered
+        ways += [way + "n\n" * question + "y\n" for question in range(asked.count("[y/n]: "))]
+    bounds = ""
+    for way in ways:
+        asked = machine.run_on_terminal(*WIZARD, typed=way + "x\n").out
+        question = re.search(r"(\w+)( \(0=cpu..3=gpu\))? \[(\S+)\.\.(\S+)\]: Invalid (?!number)", asked)
+        minimum, maximum = int(float(question[3])), int(float(question[4]))
+        outcome = machine.run_on_terminal(*WIZARD, typed=f"{way}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
+        assert outcome.out.count("Out of range.\n" + question[0].rpartition("Invalid")[0]) == 2
+        bounds += f"{question[0].rpartition(':')[0]}: {', '.join(outcome.only('write'))}\n"
+    compare_with_golden("wizard-bounds.txt", bounds)
+
+
+@unsanitized
+def test_an_editor_without_memory_returns(machine):
+    machine.environment["REFUSE"] = "30277"
+    outcome = machine.run_on_terminal(*WIZARD, typed="1\n2\n2\n0\n")
+    assert outcome.out.count("Select [0..3]: \nNext?\n") == 2
+    assert outcome.calls == []
+
+
+@pytest.mark.parametrize("typed, last_read, prompt", [
+    ("3\n0\n", "1", "Select policy index [0..15]: "),
+    ("1\n2\nn\nn\n", "2", "Overwrite sysPL2? (default: n) [y/n]: ")])
+def test_every_prompt_is_out_before_it_reads(machine, typed, last_read, prompt):
+    machine.environment["END_AT_READ"] = last_read
+    outcome = machine.run_on_terminal(*WIZARD, typed=typed, redirections=f"exec >{machine.directory}/out;")
+    with open(machine.directory + "/out") as file:
+        assert file.read().endswith(prompt)
