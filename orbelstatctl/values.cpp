@@ -59,8 +59,8 @@ static int cutZeros(char *text) {
 }
 
 // Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`
-// digits do for every number that can be written with so many and is not below `normal`, `maximum` for
-// all.
+// digits do for every number that can be written with so many and is not below `normal`, `maximum`
+// for all.
 template <typename Number>
 static void putShortest(TextBuffer &out, Number value, int enough, int maximum, Number normal,
                         Number (*read)(const char *, char **)) {
