@@ -7,7 +7,7 @@
 //     KEEP_OPEN    file       opened for writing at the first read, and left open
 //     POLICY_NAME  format     of every policy's name, with its number; none at all if empty
 //     REFUSE       size       malloc refuses requests of this size
-//     NO_NULL      anything   /dev/null cannot be opened
+//     NO_NULL      n          the first n openings of /dev/null fail
 //     NO_TIME      function   localtime_r or strftime fails
 #include <cerrno>
 #include <cstdarg>
@@ -114,8 +114,10 @@ extern "C" int open(const char *path, int flags, ...) {
     const auto mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     const auto next = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
-    const bool fails = getenv("NO_NULL") != nullptr && strcmp(path, "/dev/null") == 0;
-    if (fails) {
+    static int failures = 0;
+    const char *failing = getenv("NO_NULL");
+    if (failing != nullptr && strcmp(path, "/dev/null") == 0 && failures < atoi(failing)) {
+        ++failures;
         errno = EACCES;
         return -1;
     }

@@ -21,11 +21,18 @@ def test_closed_streams_do_not_lead_into_a_section(machine, closed):
     ("<&-", False, 0), (">&-", True, 74), ("<&- >&-", True, 74), ("2>&-", False, 74)])
 def test_without_the_null_device_output_must_be_open(machine, closed, is_named, status):
     """If it would be lost, nothing is read and the reason is given."""
-    machine.environment["NO_NULL"] = "1"
+    machine.environment["NO_NULL"] = "3"
     outcome = machine.run("-c", redirections=f"exec {closed};")
     assert outcome.err == ("orbelstatprobe: standard output is closed, and /dev/null cannot take its "
                            "place: Permission denied\n" if is_named else "")
     assert (outcome.status, len(outcome.calls), outcome.out != "") == (status, status == 0, status == 0)
+
+
+def test_a_descriptor_below_the_closed_one_is_not_used_for_it(machine):
+    """Standard input stays closed here, and what opens next gets its number."""
+    machine.environment["NO_NULL"] = "1"
+    outcome = machine.run("-c", redirections="exec <&- >&-;")
+    assert (outcome.err, outcome.status) == (LOST + "Bad file descriptor\n", 74)
 
 
 def test_both_streams_keep_their_order(machine):
