@@ -25,42 +25,24 @@ CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", 
          "float": "f", "double": "d"}
 
 
-@dataclass
 class Field:
-    """One line of `orbelstatctl list`."""
-    path: str
-    kind: str
-    section: int
-    offset: int
-    bounds: str = ""
+    """One line of `orbelstatctl list`. `name` is the path without indices."""
 
-    @property
-    def size(self):
-        return int(self.kind[5:-1]) if self.is_text else struct.calcsize("<" + CODES[self.kind])
-
-    @property
-    def is_text(self):
-        return self.kind.startswith("char")
-
-    @property
-    def is_real(self):
-        return self.kind in ("float", "double")
-
-    @property
-    def name(self):
-        """The path without indices: the same for every element."""
-        return re.sub(r"\[\d+\]", "", self.path)
-
-    @property
-    def maximum(self):
-        number = self.bounds.partition("..")[2]
-        return float(number) if self.is_real else int(number)
+    def __init__(self, path, kind, section, offset, bounds=""):
+        self.path, self.section, self.offset = path, int(section), int(offset)
+        self.name = re.sub(r"\[\d+\]", "", path)
+        self.root = re.match(r"\w+", path)[0]
+        self.is_text, self.is_real = kind.startswith("char"), kind in ("float", "double")
+        self.form = "<" + (kind[5:-1] + "s" if self.is_text else CODES[kind])
+        self.size = struct.calcsize(self.form)
+        maximum = bounds.partition("..")[2]  # "" if it may not be written
+        self.maximum = maximum and (float(maximum) if self.is_real else int(maximum))
 
     def pack(self, value):
-        return struct.pack("<" + CODES[self.kind], value)
+        return struct.pack(self.form, value)
 
     def unpack(self, data):
-        return struct.unpack("<" + CODES[self.kind], data)[0]
+        return struct.unpack(self.form, data)[0]
 
 
 @dataclass
@@ -98,8 +80,7 @@ class Build:
     def fields(self):
         """All fields, by their paths."""
         lines = subprocess.check_output(self.command("orbelstatctl", "list"), text=True).splitlines()
-        rows = [line.split("\t") for line in lines]
-        return {row[0]: Field(*row[:2], *map(int, row[2:4]), *row[4:]) for row in rows}
+        return {line.partition("\t")[0]: Field(*line.split("\t")) for line in lines}
 
     @functools.cached_property
     def commands(self):
@@ -109,8 +90,7 @@ class Build:
 
     @functools.cached_property
     def roots(self):
-        """What paths begin with."""
-        return list(dict.fromkeys(re.match(r"\w+", path)[0] for path in self.fields))
+        return list(dict.fromkeys(field.root for field in self.fields.values()))
 
     @functools.cached_property
     def sizes(self):
@@ -137,10 +117,9 @@ class Build:
         for field in self.fields.values():
             data = sections[field.section]
             if field.is_real:
-                number = (struct.unpack_from("<i", data, field.offset)[0] >> 8) / 4096
-                data[field.offset:field.offset + field.size] = field.pack(number)
-        timestamp = self.fields["upm.timestamp"]
-        struct.pack_into("<Q", sections[timestamp.section], timestamp.offset, 1700000000007)
+                bits, = struct.unpack_from("<i", data, field.offset)
+                struct.pack_into(field.form, data, field.offset, (bits >> 8) / 4096)
+        struct.pack_into("<Q", sections[6], self.fields["upm.timestamp"].offset, 1700000000007)
         return sections
 
 
@@ -152,6 +131,7 @@ class Machine:
         self.build = build
         self.directory = directory
         self.environment = {}  # added to the program's
+        self.calls = pathlib.Path(directory, "calls")
         self.fill(0)
 
     def path(self, section):
@@ -168,9 +148,6 @@ class Machine:
         for section, data in self.build.pattern.items():
             self.path(section).write_bytes(data)
 
-    def fill_with_demo_data(self):
-        assert self.run("--force", program="tolmfill").status == 0
-
     def poke(self, section, offset, data):
         with open(self.path(section), "r+b") as file:
             file.seek(offset)
@@ -182,9 +159,8 @@ class Machine:
         self.poke(field.section, field.offset, value if isinstance(value, bytes) else field.pack(value))
 
     def command(self, program, arguments, redirections):
-        calls = pathlib.Path(self.directory, "calls")
-        calls.unlink(missing_ok=True)
-        settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": calls,
+        self.calls.write_text("")
+        settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": self.calls,
                     "LD_PRELOAD": self.build.directory / "librecorder.so",
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99",
                     "UBSAN_OPTIONS": "exitcode=99", **self.environment}
@@ -192,9 +168,8 @@ class Machine:
         return ["sh", "-c", redirections + ' exec "$@"', "sh", *command] if redirections else command
 
     def outcome(self, out, err, status):
-        calls = pathlib.Path(self.directory, "calls")
-        lines = calls.read_text("latin-1").splitlines() if calls.exists() else []
-        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status, lines)
+        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status,
+                       self.calls.read_text("latin-1").splitlines())
 
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
         """Standard input is no terminal: the wizard may not read it. `redirections` are commands
@@ -207,32 +182,26 @@ class Machine:
         """Standard input and output are a terminal without echo, on which `typed` waits to be read,
         followed by the end of input, even in mid-line: no dialogue waits for ever."""
         terminal, slave = pty.openpty()
-        characters = [b"\0"] * 32
-        characters[termios.VEOF] = b"\4"
         # No translation of line ends either: what is read is what was printed.
+        *_, characters = termios.tcgetattr(slave)
         termios.tcsetattr(slave, termios.TCSANOW, [0, 0, termios.CS8 | termios.CREAD, termios.ICANON,
                                                    termios.B38400, termios.B38400, characters])
         os.write(terminal, typed.encode("latin-1") + b"\4\4")
-        process = subprocess.Popen(self.command("orbelstatprobe", arguments, redirections),
-                                   stdin=slave, stdout=slave, stderr=subprocess.PIPE)
-        # The program's end of the terminal stays open here, and a mark after its last words tells
-        # that all is read: what a terminal holds when its last user goes can get lost.
-        mark, errors, text = b"\1end of output\1", [], b""
-
-        def wait():
-            errors.append(process.stderr.read())
-            process.wait()
-            os.write(slave, mark)
-
-        waiter = threading.Thread(target=wait)
-        waiter.start()
-        while not text.endswith(mark):
-            text += os.read(terminal, 4096)
-        waiter.join()
-        process.stderr.close()
-        os.close(terminal)
-        os.close(slave)
-        return self.outcome(text[:-len(mark)], errors[0], process.returncode)
+        with tempfile.TemporaryFile() as errors:
+            process = subprocess.Popen(self.command("orbelstatprobe", arguments, redirections),
+                                       stdin=slave, stdout=slave, stderr=errors)
+            # The program's end of the terminal stays open here, and a mark after its last words
+            # tells that all is read: what a terminal holds when its last user goes can get lost.
+            mark, text = b"\1end of output\1", b""
+            waiter = threading.Thread(target=lambda: (process.wait(), os.write(slave, mark)))
+            waiter.start()
+            while not text.endswith(mark):
+                text += os.read(terminal, 4096)
+            waiter.join()
+            os.close(terminal)
+            os.close(slave)
+            errors.seek(0)
+            return self.outcome(text[:-len(mark)], errors.read(), process.returncode)
 
 
 def lines_of(text):
@@ -245,12 +214,8 @@ def escaped(text):
     return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
 
 
-def unescaped(text):
-    return re.sub(r"\\x(..)", lambda match: chr(int(match[1], 16)), text)
-
-
 def golden(name):
-    return (GOLDEN / name).read_text("latin-1")
+    return (GOLDEN / name).read_text()
 
 
 # The forms of options, such as "-u -p <index>", without "-w", which is the heading of the writes.
@@ -258,17 +223,15 @@ FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt
 
 
 def fail_if_different(expected, text, name):
-    difference = list(difflib.unified_diff(expected.splitlines(), text.splitlines(), name,
-                                           "the program", lineterm=""))
-    if difference or expected != text:
-        pytest.fail("\n".join(difference) or "the end of the last line differs", pytrace=False)
+    if expected != text:
+        pytest.fail("\n".join(difflib.unified_diff(expected.split("\n"), text.split("\n"), name, "the program",
+                                                  lineterm="")), pytrace=False)
 
 
 def compare_with_golden(name, text):
-    text = escaped(text)
     if Machine.is_recording:
-        (GOLDEN / name).write_text(text, "latin-1")
-    fail_if_different(golden(name), text, name)
+        (GOLDEN / name).write_text(escaped(text))
+    fail_if_different(golden(name), escaped(text), name)
 
 
 def entries_of(name):
@@ -282,13 +245,12 @@ def compare_with_entry(name, command, text):
     entries = entries_of(name)
     if Machine.is_recording:
         entries[command] = text
-        lines = "".join(f"$ {command} -> {text}" for command, text in entries.items())
-        (GOLDEN / name).write_text(lines, "latin-1")
-    else:
-        fail_if_different(entries[command], text, f"{name}: {command}")
+        (GOLDEN / name).write_text("".join(f"$ {key} -> {text}" for key, text in entries.items()))
+    fail_if_different(entries[command], text, f"{name}: {command}")
 
 
 def settings_and_words(command):
     """Splits "NAME=VALUE; WORDS", of which the first part may be missing, and undoes escapes."""
     setting, separator, words = command.rpartition("; ")
-    return dict([setting.split("=", 1)] if separator else []), unescaped(words)
+    words = re.sub(r"\\x(..)", lambda match: chr(int(match[1], 16)), words)
+    return dict([setting.split("=", 1)] if separator else []), words
