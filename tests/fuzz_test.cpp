@@ -17,25 +17,27 @@
 #include <cstring>
 #include <set>
 #include <span>
+#include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
 
 // In an order in which they make sense.
-static constexpr const char *probeWords[] = {
-    "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t",  "-r", "-u",  "-p", "-c",
-    "-w", "-u", "-p", "3",  "-s", "1",  "-l", "7",  "-i", "-u", "-p",  "16", "-h",  "-?", "--",
-    "",   "-w", "-u", "-m", "1",  "1",  "4",  "3",  "y",  "1",  "y",   "2",  "n",   "y",  "2",
-    "y",  "7",  "4",  "y",  "2",  "2",  "0",  "y",  "5",  "y",  "1e9", "y",  "nan", "y",  "-1",
-    "2",  "3",  "16", "15", "1",  "0",  "26", "3",  "31", "3x", "1",   "2",  " 5",  "2",  "100001"};
-
 // clang-format off
+static constexpr const char *probeWords[] = {
+    "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t", "-r", "-u", "-p", "-c",
+    "-w", "-u", "-p", "3", "-s", "1", "-l", "7", "-i", "-u", "-p", "16", "-h", "-?", "--", "",
+    "1e9", "nan", "-1", "100001", "4294967295", "4294967296", " 5", "3x", "y", "n", "0", "2"};
 static constexpr const char *companionWords[] = {
     "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
     "list", "upm", "set", "upm.powerLimits.cpuPPL[3]=100000", "upm.powerLimits.sysPL2=7",
-    "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "reporting.vcoreVRData[1]", "config", "json",
-};
+    "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "reporting.vcoreVRData[1]", "config", "json"};
+// Ways through the wizard: a digit is typed as it stands, and for each letter what suits its
+// prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
+static constexpr std::string_view ways[] = {
+    "11cqqqqq1cqqqqq2qq01", "12qq1cqqqqq02", "2cqqqqqcqqqqqb1", "2cqqqqqcqqqqqcqqqqqb2",
+    "3pfvfvfvfv01", "3pfvfvfvfvfvfvfv02", "3pfvfvfvfvfvfvfvfvfvfvfv02"};
 // clang-format on
 
 static std::span<const char *const> words;           // of the program that runs
@@ -45,7 +47,7 @@ static size_t left;
 static size_t lastWord;
 static FILE *typed;                  // what the program reads as typed on a terminal
 static bool isAnyPlaceWritten;       // in the block, and not only fields with values in bounds
-static int writes;                   // calls of the library in this run
+static size_t writes;                // calls of the library in this run
 static std::set<int32_t> fieldsSeen; // places of the fields written in all runs
 
 static size_t below(size_t limit) { // at most 256; 0 once the input has ended
@@ -124,63 +126,38 @@ static void fillSections() {
     }
 }
 
-// Types a number, or less often whatever word comes next.
 static void typeNumber(size_t number) {
-    below(32) == 31 ? fprintf(typed, "%s\n", nextWord()) : fprintf(typed, "%zu\n", number);
+    fprintf(typed, "%zu\n", number);
 }
 
-// Types a value; first, sometimes, one that may be refused.
-static void typeValue() {
-    static constexpr const char *edges[] = {"-1",   "100001",     "65535",      "1000000",
-                                            "-0.5", "4294967295", "4294967296", "-1e9"};
-    if (below(4) == 3) {
-        fprintf(typed, "%s\n", edges[below(std::size(edges))]);
+// Types the answer for a letter of a way, or less often whatever word comes next.
+static void typeAnswer(char letter) {
+    if (below(64) == 63) {
+        fprintf(typed, "%s\n", nextWord());
     }
-    typeNumber(below(2));
-}
-
-static void answerQuestions(int count) {
-    for (; count > 0; --count) {
-        if (below(2) == 1) {
-            fputs("y\n", typed);
-            typeValue();
-        } else {
-            fputs(below(2) == 1 ? "n\n" : "\n", typed);
-        }
+    switch (letter) {
+    case 'c':
+        return typeNumber(below(cpuCount));
+    case 'p':
+        return typeNumber(below(policyCount));
+    case 'f':
+        return typeNumber(1 + below(30));
+    case 'q':
+        fputs(below(2) == 1 ? "y\n1\n" : "n\n", typed);
+        return;
+    case 'v':
+        return typeNumber(below(2));
+    case 'b':
+        fputs("-1\n", typed);
+        return;
+    default:
+        return typeNumber(static_cast<size_t>(letter - '0'));
     }
-}
-
-// Types what leads through an editor, of power limits, thermal data or a policy, and out of it.
-static void useEditor(size_t group) {
-    if (group == 3) {
-        typeNumber(below(policyCount));
-    }
-    for (size_t rounds = below(8); rounds > 0; --rounds) {
-        if (group == 3) {
-            typeNumber(1 + below(30));
-            typeValue();
-        } else if (group == 1 && below(2) == 1) {
-            typeNumber(2);
-            answerQuestions(2);
-        } else {
-            fputs(group == 1 ? "1\n" : "", typed);
-            typeNumber(below(cpuCount));
-            answerQuestions(5);
-        }
-    }
-    fputs(group == 2 ? "-1\n" : "0\n", typed);
 }
 
 static void typeDialogue() {
     for (const size_t rest = left / 2; left > rest;) {
-        const size_t group = 1 + below(3);
-        const size_t next = 1 + below(2);
-        typeNumber(group);
-        useEditor(group);
-        typeNumber(next);
-        if (next == 1) {
-            useEditor(group);
-        }
+        std::ranges::for_each(ways[below(std::size(ways))], typeAnswer);
     }
 }
 
@@ -197,7 +174,7 @@ static void callOperations() {
     fillSections();
     showPolicy(policy); // whose names are asked for with numbers of policies only
     writePolicyState(policy, static_cast<int32_t>(below(2)));
-    assert(writes == (policy < policyCount ? 1 : 0));
+    assert(writes == (policy < policyCount ? 1U : 0U));
 
     const size_t offset = sizeAround(sizeof bytes);
     const size_t length = sizeAround(offset <= sizeof bytes ? sizeof bytes - offset : 1);
@@ -205,28 +182,24 @@ static void callOperations() {
     isAnyPlaceWritten = true;
     writes = 0;
     const int result = writeUpmBlock(offset, bytes, length);
-    assert(writes == (isInside ? 1 : 0));
+    assert(writes == (isInside ? 1U : 0U));
     assert(isInside || result == -ERANGE);
     isAnyPlaceWritten = false;
 }
 
 static void runProgram(bool isCompanion, bool isDialogue) {
-    static const char *const dialogue[] = {"program", "-w", "-u", "-m"};
-    const char *arguments[10] = {"program"};
-    int count = 1 + static_cast<int>(below(9));
-    if (isCompanion) {
-        words = companionWords;
-    }
-    std::generate(arguments + 1, arguments + count, nextWord);
-    if (isCompanion && count > 1 && below(8) != 0) {
-        static constexpr const char *commands[] = {"get", "set", "list", "json"};
-        arguments[1] = commands[below(std::size(commands))];
-    }
+    const char *arguments[10] = {"program", "-w", "-u", "-m"};
+    int count = 4;
     if (isDialogue) {
-        std::ranges::copy(dialogue, arguments);
-        count = static_cast<int>(std::size(dialogue));
         typeDialogue();
     } else {
+        count = 1 + static_cast<int>(below(9));
+        words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
+        std::generate(arguments + 1, arguments + count, nextWord);
+        if (isCompanion && below(8) != 0) {
+            static constexpr const char *commands[] = {"get", "set", "list", "json"};
+            arguments[1] = commands[below(std::size(commands))];
+        }
         for (size_t lines = below(256); lines > 0; --lines) {
             fprintf(typed, "%s\n", nextWord());
         }
@@ -249,16 +222,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     terminated.push_back(0);
     input = terminated.data();
     left = size;
-    lastWord = 0;
-    writes = 0;
+    lastWord = writes = 0;
     words = probeWords;
     typed = stdin = fdopen(memfd_create("typed", 0), "w+");
     const size_t choice = below(8);
-    if (choice == 7) {
-        callOperations();
-    } else {
-        runProgram(choice<3, choice> 4);
-    }
+    choice == 7 ? callOperations() : runProgram(choice < 3, choice >= 5);
     fclose(typed);
     return 0;
 }

@@ -25,40 +25,31 @@ zstyle ':completion:plain:*' completer _complete
 zstyle ':completion:*' insert true; zstyle ':completion:*' completer _all_matches _complete
 """)}
 
-# What stands for words that the test reads off the programs.
+# What is offered after a program's name and these words; capitals stand for what the programs say.
 OFFERS = {
-    "orbelstatprobe ": "OPTIONS", "orbelstatprobe -": "OPTIONS", "orbelstatprobe -d ": "OPTIONS",
-    "orbelstatprobe -l ": "", "orbelstatprobe -l 5 ": "OPTIONS", "orbelstatprobe -l5 ": "OPTIONS",
-    "orbelstatprobe -i -u ": "OPTIONS", "orbelstatprobe -- ": "", "orbelstatprobe -u ": "-h -p -t",
-    "orbelstatprobe -du ": "-h -p -t", "orbelstatprobe -u -h ": "", "orbelstatprobe -u -t ": "",
-    "orbelstatprobe -u -p ": "-a -c " + POLICIES, "orbelstatprobe -u -p 1": "1 10 11 12 13 14 15",
-    "orbelstatprobe -u -p 3 ": "", "orbelstatprobe -w ": "-u", "orbelstatprobe -w -u ": "-c -m -p",
-    "orbelstatprobe -w -u -c ": "OPTIONS", "orbelstatprobe -w -u -m ": "",
-    "orbelstatprobe -w -u -p ": POLICIES, "orbelstatprobe -w -u -p 3 ": "-s",
-    "orbelstatprobe -w -u -p 3 -s ": "0 1", "orbelstatprobe -w -u -p 3 -s 1 ": "OPTIONS",
-    "orbelstatprobe -w -u -p 3 -s 1 -u -p 3 ": "", "orbelstatprobe -d > fi": "file-1",
-    "orbelstatprobe -d >": "file-1", "orbelstatprobe -u -p 3 2>": "file-1",
-    "orbelstatprobe -u -p 3 > x ": "", "orbelstatprobe > x -u ": "-h -p -t",
-    "orbelstatprobe -u 2>x ": "-h -p -t",
-    "tolmfill ": "--check --force", "tolmfill --force ": "", "tolmfill > ": "file-1",
-    "orbelstatctl ": "COMMANDS", "orbelstatctl get ": "ROOTS",
-    "orbelstatctl get ps": "psu", "orbelstatctl get psu": " ".join(f"psu[{i}]" for i in range(12)),
-    r"orbelstatctl json psu\[1": "psu[1] psu[10] psu[11]", "orbelstatctl list psu[3].psuB": "psu[3].psuBus",
-    "orbelstatctl get upm.policies": " ".join(f"upm.policies[{i}]" for i in range(16)),
-    "orbelstatctl get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime",
-    "orbelstatctl get config.u": "", "orbelstatctl get upm config.inst": "config.instHeadroom",
-    "orbelstatctl json upm ": "", "orbelstatctl save /et": "/etc", "orbelstatctl set --": "--dry-run",
-    "orbelstatctl set - ": "", "orbelstatctl set upm.p": "upm.powerLimits upm.policies",
-    "orbelstatctl set --dry-run c": "", "orbelstatctl set upm.powerLimits.sysPL1=1 u": "upm",
-    "orbelstatctl set upm.timestamp=": "",
-    "orbelstatctl set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
-    "orbelstatctl set - < fi": "file-1", "orbelstatctl get upm > fi": "file-1",
+    "orbelstatprobe": {
+        "": "OPTIONS", "-": "OPTIONS", "-d ": "OPTIONS", "-l ": "", "-l 5 ": "OPTIONS", "-l5 ": "OPTIONS",
+        "-i -u ": "OPTIONS", "-- ": "", "-u ": "-h -p -t", "-du ": "-h -p -t", "-u -h ": "", "-u -t ": "",
+        "-u -p ": "-a -c " + POLICIES, "-u -p 1": "1 10 11 12 13 14 15", "-u -p 3 ": "", "-w ": "-u",
+        "-w -u ": "-c -m -p", "-w -u -c ": "OPTIONS", "-w -u -m ": "", "-w -u -p ": POLICIES,
+        "-w -u -p 3 ": "-s", "-w -u -p 3 -s ": "0 1", "-w -u -p 3 -s 1 ": "OPTIONS",
+        "-w -u -p 3 -s 1 -u -p 3 ": "", "-d > fi": "file-1", "-d >": "file-1", "-u -p 3 2>": "file-1",
+        "-u -p 3 > x ": "", "> x -u ": "-h -p -t", "-u 2>x ": "-h -p -t"},
+    "tolmfill": {"": "--check --force", "--force ": "", "> ": "file-1"},
+    "orbelstatctl": {
+        "": "COMMANDS", "get ": "ROOTS", "get ps": "psu", "get psu": " ".join(f"psu[{i}]" for i in range(12)),
+        r"json psu\[1": "psu[1] psu[10] psu[11]", "list psu[3].psuB": "psu[3].psuBus",
+        "get upm.policies": " ".join(f"upm.policies[{i}]" for i in range(16)), "get config.u": "",
+        "get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "json upm ": "",
+        "get upm config.inst": "config.instHeadroom", "save /et": "/etc", "set --": "--dry-run", "set - ": "",
+        "set upm.p": "upm.powerLimits upm.policies", "set --dry-run c": "", "set upm.timestamp=": "",
+        "set upm.powerLimits.sysPL1=1 u": "upm", "set - < fi": "file-1", "get upm > fi": "file-1",
+        "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2="},
 }
+LINES = [(f"{program} {words}", offer) for program, of in OFFERS.items() for words, offer in of.items()]
 COMPLETED = {  # which leaves the line ready to be gone on with
-    "orbelstatctl get up": "get upm", "orbelstatctl get upm.timest": "get upm.timestamp ",
-    "orbelstatctl get 'psu": "get 'psu[",
-    "orbelstatctl set upm.powerLimits.sysPL1": "set upm.powerLimits.sysPL1=",
-}
+    "get up": "get upm", "get upm.timest": "get upm.timestamp ", "get 'psu": "get 'psu[",
+    "set upm.powerLimits.sysPL1": "set upm.powerLimits.sysPL1="}
 
 
 @pytest.fixture(scope="module", params=SHELLS)
@@ -85,14 +76,14 @@ def typed(build, request, tmp_path_factory):
     shell.close(force=True)
 
 
-@pytest.mark.parametrize("line", OFFERS)
-def test_offers(build, typed, line):
-    letters = {form[:2] for form in [*FORMS, "-h", "-i", "-l"]}
-    words = OFFERS[line].replace("OPTIONS", " ".join(sorted(letters)))
-    words = words.replace("ROOTS", " ".join(build.roots)).replace("COMMANDS", " ".join(sorted(build.commands)))
+@pytest.mark.parametrize("line, offer", LINES, ids=[line for line, _ in LINES])
+def test_offers(build, typed, line, offer):
+    for name, words in ("OPTIONS", {form[:2] for form in [*FORMS, "-h", "-i", "-l"]}), \
+                       ("ROOTS", build.roots), ("COMMANDS", build.commands):
+        offer = offer.replace(name, " ".join(words))
+    expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
     # zsh quotes brackets, and has a directory end in a slash.
-    shown = re.sub(r"\\(.)", r"\1", typed(line, "\t")).rstrip("/")
-    assert sorted(shown.split()) == sorted((re.sub("[^ >]*$", words, line, count=1) if words else line).split())
+    assert sorted(re.sub(r"\\(.)", r"\1", typed(line, "\t")).rstrip("/").split()) == sorted(expected.split())
 
 
 @pytest.mark.parametrize("form", FORMS)
@@ -104,4 +95,4 @@ def test_offers_every_word_of_a_form(typed, form):
 
 @pytest.mark.parametrize("line", COMPLETED)
 def test_completes(typed, line):
-    assert typed(line, "\x14") == "orbelstatctl " + COMPLETED[line]
+    assert typed("orbelstatctl " + line, "\x14") == "orbelstatctl " + COMPLETED[line]

@@ -1,12 +1,11 @@
 """Builds with a vendor's headers and libraries: what is accepted, and what configuring says of the
 rest."""
 import os
-import pathlib
 import subprocess
 
 import pytest
+from harness import ROOT
 
-SOURCE = pathlib.Path(__file__).resolve().parent.parent
 SHM = """#include <stdint.h>
 int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset, int32_t length);
 int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t offset, int32_t length);
@@ -87,7 +86,7 @@ class Vendor:
     def configure(self, **settings):
         """What configuring says, on one line, and its status."""
         given = [f"-D{key}={value}" for key, value in {**self.settings, **settings}.items()]
-        run = subprocess.run(["cmake", "-S", SOURCE, "-B", self.directory / "build", *given],
+        run = subprocess.run(["cmake", "-S", ROOT, "-B", self.directory / "build", *given],
                              capture_output=True, text=True, check=False)
         return " ".join(run.stderr.split()), run.returncode
 
