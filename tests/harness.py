@@ -59,7 +59,6 @@ class Outcome:
 
 class Build:
     def __init__(self, name):
-        self.name = name
         self.directory = ROOT / "build" / name
         self.program = str(self.directory / "orbelstatprobe")
         with open(self.program, "rb") as file:

@@ -2,6 +2,7 @@
 show."""
 import json
 import os
+import pathlib
 import random
 import re
 import struct
@@ -36,7 +37,7 @@ def ctl(machine):
 
 def one_of_each(fields):
     """The last element of every field that may be written."""
-    return list({field.name: field for field in fields.values() if field.maximum}.values())
+    return {field.name: field for field in fields.values() if field.maximum}.values()
 
 
 def test_fields_are_those_that_the_reports_show(machine, ctl):
@@ -87,17 +88,16 @@ def test_list_get_and_json_tell_the_same(machine, ctl):
         data = sections[field.section][field.offset:field.offset + field.size]
         start = lines.index(path + "=") + len(path) + 1
         text = lines[start:lines.index("\n", start)]
+        number = field.unpack(data)
         if field.is_text:
-            expected = data.split(b"\0")[0].decode("latin-1")
-            assert values[path] == expected
-            assert lines[start:].startswith(expected + "\n")
+            assert values[path] == data.split(b"\0")[0].decode("latin-1")
+            assert lines[start:].startswith(values[path] + "\n")
         elif not field.is_real:
-            assert (text, values[path]) == (str(field.unpack(data)), field.unpack(data)), path
+            assert (text, values[path]) == (str(number), number), path
         elif values[path] is None:
-            assert text.lstrip("-") == str(abs(field.unpack(data))) in ("nan", "inf"), path
+            assert text.lstrip("-") == str(abs(number)) in ("nan", "inf"), path
         else:
-            assert field.pack(float(text)) == data, path
-            assert values[path] == float(text), path
+            assert (field.pack(float(text)), values[path]) == (data, float(text)), path
 
 
 @pytest.mark.parametrize("number, text", [(0.1, "0.1"), (5e-324, "5e-324"), (1e9, "1e+09"),
@@ -185,31 +185,26 @@ def test_set_tells_when_shared_memory_does_not_take_it(ctl):
 
 
 def test_save_makes_files_that_the_stand_in_reads(machine, ctl):
-    directory = machine.directory + "/saved"
-    names = sorted(f"section-{section}" for section in machine.build.sizes)
-
-    def saved(section):
-        with open(f"{directory}/section-{section}", "rb") as file:
-            return file.read()
-    out = ctl("save", directory).out
-    for section, size in machine.build.sizes.items():
-        assert saved(section) == machine.contents(section)
-        assert f"{directory}/section-{section}: {size} bytes\n" in out
+    def saved():
+        return {name: (directory / name).read_bytes() for name in os.listdir(directory)}
+    directory = pathlib.Path(machine.directory, "saved")
+    sections = {f"section-{section}": machine.contents(section) for section in machine.build.sizes}
+    out = ctl("save", str(directory)).out
+    assert saved() == sections
+    assert all(f"{directory}/{name}: {len(data)} bytes\n" in out for name, data in sections.items())
     machine.poke(8, 0, b"changed!")
-    err = ctl("save", directory, status=1, FAIL_READ="1:-7").err
+    err = ctl("save", str(directory), status=1, FAIL_READ="1:-7").err
     assert re.search(r"section \d+: cannot be read, error -7 ", err)
-    assert saved(8) == machine.contents(8)
-    assert sorted(os.listdir(directory)) == names
-    os.makedirs(directory + "/new/section-8")
-    assert "section-8: Is a directory" in ctl("save", directory + "/new", status=1).err
-    assert sorted(os.listdir(directory + "/new")) == names
+    assert saved() == {**sections, "section-8": machine.contents(8)}
+    (directory / "new/section-8").mkdir(parents=True)
+    assert "section-8: Is a directory" in ctl("save", f"{directory}/new", status=1).err
+    assert sorted(os.listdir(directory / "new")) == sorted(sections)
 
 
 @pytest.mark.builds("release", "debug", "controller")  # counts of coverage are too large themselves
 def test_save_tells_that_a_file_is_too_large(machine, ctl):
-    full = "trap '' XFSZ; ulimit -f 40;"
-    err = ctl("save", machine.directory + "/saved", status=1, redirections=full).err
-    assert "section-6: File too large\n" in err
+    outcome = ctl("save", machine.directory, status=1, redirections="trap '' XFSZ; ulimit -f 40;")
+    assert "section-6: File too large\n" in outcome.err
 
 
 @pytest.mark.parametrize("directory", ["./" * 2044, "/dev/null", "no/directory"])

@@ -32,23 +32,20 @@ static inline uint8_t *tolm_copy(size_t n) { uint8_t *p = malloc(n); return p; }
     "char *": (SHM.replace("uint8_t", "char"), DATA.replace("const char", "char")),
     "void *": (SHM.replace("uint8_t", "void"), DATA.replace("const char", "const unsigned char")),
 }
-LIBRARY_SHM = SHM + """
+LIBRARY_SHM = """#include <stdint.h>
+#include <string.h>
 extern int tolm_open(void);
 int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset, int32_t length) {
-    for (int32_t i = 0; i < length; ++i) { buffer[i] = 0; }
+    memset(buffer, 0, length);
     return section + offset < 0 ? -1 : tolm_open();
 }
-int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t offset, int32_t length) {
-    return section + offset + length + buffer[0] < 0;
-}
+int Tolm_shm_memwrite(void) { return 0; }
 """
 LIBRARY_DATA = """#include <math.h>
 extern double tolm_scale(double);
-""" + DATA + """
-const char *policyTypeToString(int16_t policy) {
-    return cos(tolm_scale(policy)) > 2 ? "" : "VENDOR";
-}
+const char *policyTypeToString(int policy) { return cos(tolm_scale(policy)) > 2 ? "" : "VENDOR"; }
 """
+OPEN = "int tolm_open(void) { return 0; }\n"
 
 
 class Vendor:
@@ -62,9 +59,8 @@ class Vendor:
                          "PLATFORM_DATA_LIBRARY": directory / "libvendordata.so"}
         self.write("shm.h", SHM)
         self.write("data.h", DATA)
-        self.library("libvendorshm.so", LIBRARY_SHM + "int tolm_open(void) { return 0; }\n")
-        self.library("libvendordata.so", DATA + LIBRARY_DATA.splitlines()[0] +
-                     '\nconst char *policyTypeToString(int16_t policy) { (void)policy; return "V"; }\n')
+        self.library("libvendorshm.so", LIBRARY_SHM + OPEN)
+        self.library("libvendordata.so", 'const char *policyTypeToString(int policy) { return "V" + policy * 0; }\n')
 
     def write(self, name, text):
         path = self.directory / name
@@ -141,7 +137,7 @@ def test_mistakes_end_in_a_sentence(vendor, settings, files, sentence):
 
 def test_libraries_with_needs_of_their_own(vendor):
     """A shared library that needs one elsewhere, and a static one that needs another."""
-    elsewhere = vendor.library("elsewhere/libopen.so", "int tolm_open(void) { return 0; }\n")
+    elsewhere = vendor.library("elsewhere/libopen.so", OPEN)
     shared = vendor.library("libvendorshm.so", LIBRARY_SHM, f"-L{elsewhere.parent}", "-lopen")
     static = vendor.library("libvendordata.a", LIBRARY_DATA)
     scale = vendor.library("libscale.a", "double tolm_scale(double x) { return 2 * x; }\n")

@@ -1,10 +1,11 @@
 """What holds for every report: its golden, its repetitions, its failures; and the edges that those
 cannot show."""
 import math
+import operator
 import random
 import re
 import struct
-from dataclasses import dataclass, field
+import typing
 
 import pytest
 from harness import compare_with_golden, lines_of, unsanitized
@@ -12,8 +13,7 @@ from harness import compare_with_golden, lines_of, unsanitized
 POLICY_LINES = 30
 
 
-@dataclass
-class Repetition:
+class Repetition(typing.NamedTuple):
     """Records that are shown one after the other in the same way."""
     opening: str  # how the text of the first one begins
     name: str  # of each, in its text: a format of its number
@@ -22,22 +22,15 @@ class Repetition:
     arrays: list  # that hold the records or parts of them: section, start and size of the first
     first: int = 0  # the number of the first
 
-    def __str__(self):
-        return self.name
 
-
-@dataclass
-class Report:
+class Report(typing.NamedTuple):
     arguments: str
     golden: str  # "" if another test says what the report is made of
     lines: int
     section: int = None
     read_size: int = 0  # of its first read, in bytes
     failure_end: str = "\n"  # after a failure message
-    repetitions: list = field(default_factory=list)  # in the order of the report
-
-    def __str__(self):
-        return self.arguments
+    repetitions: list = []  # in the order of the report
 
     def run(self, machine):
         return machine.run(*self.arguments.split())
@@ -68,6 +61,7 @@ REPORTS = [
     Report("-u -p 7", "upm-policy.txt", 9 + POLICY_LINES, *REPORTING, failure_end=""),
 ]
 CLEAR = Report("-w -u -c", "", 0, *REPORTING, failure_end="")
+name_of = operator.itemgetter(0)  # of a report or of what repeats
 
 
 @pytest.fixture
@@ -77,9 +71,10 @@ def patterned(machine):
     machine.environment |= {"TZ": "IST-5:30", "POLICY_NAME": "%s%n"}  # a name is text, not a format
     machine.set("psu[0].psuType", 2)  # the first unit shows u16VinMax
     machine.set("psu[0].psuFwVersion[0]", b"1\0\7\t")
-    for path in "reporting.activePolicyName", "reporting.vcoreVRData[0].DisplayName", "psu[0].psuBus.deviceName":
+    for path, length in (("reporting.activePolicyName", 10), ("reporting.vcoreVRData[0].DisplayName", 5),
+                         ("psu[0].psuBus.deviceName", 5)):  # texts that end before their fields do
         text = machine.build.fields[path]
-        machine.poke(text.section, text.offset + (10 if "active" in path else 5), b"\0")  # before its end
+        machine.poke(text.section, text.offset + length, b"\0")
     # Numbers with fewer digits than are shown: an average reading, two samples, words in a list.
     for path in ("reporting.hour_oob_data[0].cups_cpu_usage", "reporting.cpuSample[0]",
                  "global.sTolmPwrBudgetTypePWR.au16VRAmp[0]", "global.sPSStateInfoPWR.u8Status[0]"):
@@ -88,33 +83,31 @@ def patterned(machine):
     return machine
 
 
-def first_line_of(repetition, lines):
-    return next(i for i, line in enumerate(lines) if line.startswith(repetition.opening))
+def split(text, repetition):
+    """The lines before the records, those of each record, and those after them."""
+    lines = lines_of(text)
+    start = next(i for i, line in enumerate(lines) if line.startswith(repetition.opening))
+    ends = [start + i * repetition.lines for i in range(repetition.count + 1)]
+    return lines[:start], [lines[i:i + repetition.lines] for i in ends[:-1]], lines[ends[-1]:]
 
 
 def shortened(text, report):
     """The text with all but the first of what repeats cut out."""
-    lines = lines_of(text)
     for repetition in report.repetitions:
-        start = first_line_of(repetition, lines) + repetition.lines
-        cut = repetition.lines * (repetition.count - 1)
-        lines[start:start + cut] = [f"({cut} lines)\n"]
-    return "".join(lines)
+        before, records, after = split(text, repetition)
+        cut = f"({repetition.lines * (repetition.count - 1)} lines)\n"
+        text = "".join([*before, *records[0], cut, *after])
+    return text
 
 
-def records_in(text, repetition):
+def records_of(machine, report, repetition):
     """The text of each record, with "#" for the record's own name."""
-    lines = lines_of(text)
-    start = first_line_of(repetition, lines)
-    records = []
-    for number in range(repetition.first, repetition.first + repetition.count):
-        record = "".join(lines[start:start + repetition.lines])
-        records.append(record.replace(repetition.name.format(number), "#"))
-        start += repetition.lines
-    return records
+    _, records, _ = split(report.run(machine).out, repetition)
+    return ["".join(record).replace(repetition.name.format(number), "#")
+            for number, record in enumerate(records, repetition.first)]
 
 
-@pytest.mark.parametrize("report", REPORTS, ids=str)
+@pytest.mark.parametrize("report", REPORTS, ids=name_of)
 def test_golden(patterned, report):
     outcome = report.run(patterned)
     assert (outcome.status, outcome.out.count("\n")) == (0, report.lines)
@@ -131,20 +124,20 @@ def test_signs(machine):
 
 
 @pytest.mark.parametrize("report, repetition", [(r, one) for r in REPORTS for one in r.repetitions],
-                         ids=str)
+                         ids=name_of)
 def test_a_record_shows_the_same_in_every_place(patterned, report, repetition):
     """With every record moved to the next one's place, and the last to the first one's, each shows
     as it did before, but for its number."""
-    before = records_in(report.run(patterned).out, repetition)
+    before = records_of(patterned, report, repetition)
     assert len(set(before)) > 1
     for section, start, size in repetition.arrays:
         data = patterned.contents(section)[start:start + size * repetition.count]
         patterned.poke(section, start, data[-size:] + data[:-size])
-    after = records_in(report.run(patterned).out, repetition)
+    after = records_of(patterned, report, repetition)
     assert after == before[-1:] + before[:-1]
 
 
-failing = pytest.mark.parametrize("report", [r for r in [*REPORTS, CLEAR] if r.section], ids=str)
+failing = pytest.mark.parametrize("report", [r for r in [*REPORTS, CLEAR] if r.section], ids=name_of)
 
 
 @failing
@@ -185,31 +178,29 @@ def test_a_unit_of_type_1_shows_its_direct_current_maximum(machine):
 
 def printed(form, number):
     """As printf prints it: unlike Python it shows the sign of what is no number."""
-    sign = "-" if math.isnan(number) and math.copysign(1, number) < 0 else ""
-    return sign + form % number
+    return ("-" if math.isnan(number) and math.copysign(1, number) < 0 else "") + form % number
 
 
-def test_floating_point_numbers_show_as_printf_prints_them(machine):
+@pytest.mark.parametrize("root, option, form", [("reporting", "-r", "%.2f"), ("psu", "-e", "%.6f"),
+                                                ("upm", "-u", "%g")])
+def test_floating_point_numbers_show_as_printf_prints_them(machine, root, option, form):
     """Numbers of any size, some of no finite size, many half way between two that can be shown."""
     odd = [0.375, -0.125, -0.0, math.inf, -math.inf, math.nan, -math.nan, 3.4e38, 1e15, 9.999999e8,
            5e-324, 0.999999999, 123456.5, 1e-5, 999999.5]
     chance = random.Random(1)
-    def single():
-        bits = chance.getrandbits(32).to_bytes(4, "little")
-        return chance.choice([struct.unpack("<f", bits)[0], int.from_bytes(bits[:3], "little") / 128,
-                              -int.from_bytes(bits[:2], "little") / 8, chance.choice(odd)])
-
-    for root, option, form in ("reporting", "-r", "%.2f"), ("psu", "-e", "%.6f"), ("upm", "-u", "%g"):
-        fields = [one for one in machine.build.fields.values() if one.is_real and one.path.startswith(root)]
-        labels = {one.path.rpartition(".")[2] for one in fields}
-        for _ in range(6):
-            expected = []
-            for one in fields:
-                number = one.unpack(one.pack(single()))
-                machine.set(one.path, number)
-                expected.append((one.path.rpartition(".")[2], printed(form, number)))
-            shown = re.findall(r"\.([^ .]+) [- ]*-- ?(\S+)$", machine.run(option).out, re.M)
-            assert sorted(expected) == sorted(pair for pair in shown if pair[0] in labels)
+    fields = [field for field in machine.build.fields.values() if field.is_real and field.root == root]
+    labels = {field.path.rpartition(".")[2] for field in fields}
+    for _ in range(6):
+        expected = []
+        for field in fields:
+            any_bits, = struct.unpack("<f", chance.randbytes(4))
+            number = chance.choice([any_bits, chance.randrange(-2**17, 2**24) / 128,
+                                    chance.randrange(2**16) / -8, chance.choice(odd)])
+            machine.set(field.path, number)
+            stored = field.unpack(field.pack(number))
+            expected.append((field.path.rpartition(".")[2], printed(form, stored)))
+        shown = re.findall(r"\.([^ .]+) [- ]*-- ?(\S+)$", machine.run(option).out, re.M)
+        assert sorted(expected) == sorted(pair for pair in shown if pair[0] in labels)
 
 
 # What is peculiar to the UPM reports and the policy writes.

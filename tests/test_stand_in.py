@@ -37,8 +37,8 @@ def test_copies_exactly_the_bytes_asked_for_or_none(machine, library, section, o
 @native
 def test_uses_regular_files_only(machine, library):
     """What is none is refused, at once and untouched."""
-    link, target = machine.path(8), machine.directory + "/somebodys-file"
-    link.rename(target)
+    link = machine.path(8)
+    target = link.rename(machine.directory + "/somebodys-file")
     link.symlink_to(target)
     os.mkfifo(machine.path(1))
     machine.path(2).mkdir()
@@ -48,8 +48,7 @@ def test_uses_regular_files_only(machine, library):
         assert library.Tolm_shm_memwrite(section, byte, 0, 1) == -reason
     assert machine.run("--force", program="tolmfill").status == 1
     assert link.is_symlink()
-    with open(target, "rb") as file:
-        assert file.read() == bytes(224)
+    assert target.read_bytes() == bytes(224)
 
 
 @native
@@ -105,12 +104,12 @@ def test_tolmfill_checks_that_sections_are_there_and_of_their_size(machine):
                                                 f"{machine.path(8)}: 223 bytes, not 224\n")
 
 
-def test_no_directory_is_the_default_one(machine):
-    outcomes = []
-    for directory in "", None, "/dev/shm/tolm":
-        machine.environment["TOLM_SHM_DIR"] = directory
-        outcomes.append(tolmfill(machine, "--check"))
-    assert outcomes == outcomes[:1] * 3
+@pytest.mark.parametrize("directory", ["", None])
+def test_no_directory_is_the_default_one(machine, directory):
+    machine.environment["TOLM_SHM_DIR"] = "/dev/shm/tolm"
+    default = tolmfill(machine, "--check")
+    machine.environment["TOLM_SHM_DIR"] = directory
+    assert tolmfill(machine, "--check") == default
 
 
 @pytest.mark.parametrize("words", ["--frobnicate", "--force --check", "section-8"])
