@@ -126,38 +126,21 @@ static void fillSections() {
     }
 }
 
-static void typeNumber(size_t number) {
-    fprintf(typed, "%zu\n", number);
-}
-
-// Types the answer for a letter of a way, or less often whatever word comes next.
+// Types the answer for a letter of a way; less often whatever word comes next before it.
 static void typeAnswer(char letter) {
     if (below(64) == 63) {
         fprintf(typed, "%s\n", nextWord());
     }
-    switch (letter) {
-    case 'c':
-        return typeNumber(below(cpuCount));
-    case 'p':
-        return typeNumber(below(policyCount));
-    case 'f':
-        return typeNumber(1 + below(30));
-    case 'q':
+    if (letter == 'q') {
         fputs(below(2) == 1 ? "y\n1\n" : "n\n", typed);
-        return;
-    case 'v':
-        return typeNumber(below(2));
-    case 'b':
+    } else if (letter == 'b') {
         fputs("-1\n", typed);
-        return;
-    default:
-        return typeNumber(static_cast<size_t>(letter - '0'));
-    }
-}
-
-static void typeDialogue() {
-    for (const size_t rest = left / 2; left > rest;) {
-        std::ranges::for_each(ways[below(std::size(ways))], typeAnswer);
+    } else if (letter >= 'a') {
+        const int limit = letter == 'c' ? cpuCount : letter == 'p' ? policyCount : 30;
+        const size_t first = letter == 'f' ? 1 : 0;
+        fprintf(typed, "%zu\n", first + below(letter == 'v' ? 2 : static_cast<size_t>(limit)));
+    } else {
+        fprintf(typed, "%c\n", letter);
     }
 }
 
@@ -191,7 +174,9 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     const char *arguments[10] = {"program", "-w", "-u", "-m"};
     int count = 4;
     if (isDialogue) {
-        typeDialogue();
+        for (const size_t rest = left / 2; left > rest;) {
+            std::ranges::for_each(ways[below(std::size(ways))], typeAnswer);
+        }
     } else {
         count = 1 + static_cast<int>(below(9));
         words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
@@ -204,16 +189,14 @@ static void runProgram(bool isCompanion, bool isDialogue) {
             fprintf(typed, "%s\n", nextWord());
         }
     }
+    arguments[count] = nullptr;
     rewind(typed);
     fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
-    if (!isCompanion) {
-        const int status = runCommandLine(count, argv);
-        assert(-1 <= status && status <= 1);
-    } else if (count < 2 || strcmp(argv[1], "save") != 0) { // which would write files
-        const int status = runCompanion(count, argv);
-        assert(0 <= status && status <= 2);
+    if (!isCompanion || strcmp(argv[1], "save") != 0) { // which would write files
+        const int status = isCompanion ? runCompanion(count, argv) : runCommandLine(count, argv);
+        assert((isCompanion ? 0 : -1) <= status && status <= (isCompanion ? 2 : 1));
     }
 }
 
@@ -239,10 +222,6 @@ int main() {
         std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
         LLVMFuzzerTestOneInput(bytes, sizeof bytes);
     }
-    // The dialogues reach nearly every field that may be written.
-    const std::vector<Field> fields = fieldsIn("");
-    const auto writable = std::ranges::count_if(
-        fields, [](const Field &field) { return field.row->bound.has_value(); });
-    assert(20 * static_cast<ptrdiff_t>(fieldsSeen.size()) > 19 * writable);
+    assert(fieldsSeen.size() > 500); // of 522 that may be written
 }
 #endif

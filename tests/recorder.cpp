@@ -30,42 +30,38 @@ extern "C" void *malloc(size_t size) {
 }
 #endif
 
-static void record(const char *line, int length) {
+static void record(const char *line) {
     const char *path = getenv("RECORD");
-    const int file = path != nullptr ? open(path, O_WRONLY | O_APPEND | O_CREAT, 0600) : -1;
-    if (file >= 0) {
-        if (write(file, line, static_cast<size_t>(length)) != length) {
-            abort();
-        }
-        close(file);
+    if (FILE *file = path != nullptr ? fopen(path, "a") : nullptr; file != nullptr) {
+        fputs(line, file);
+        fclose(file);
     }
 }
 
-// The result that FAIL_READ gives to this call.
-static int failure(int call) {
-    int failing = 0;
-    int result = 0;
-    const char *rule = getenv("FAIL_READ");
-    const bool applies = rule != nullptr && sscanf(rule, "%d:%d", &failing, &result) == 2;
-    return applies && call == failing ? result : 0;
+// The function of this name in the libraries that come after this one.
+template <typename Function> static Function *next(const char *name, Function * /*ours*/) {
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
 }
-
-using Read = int (*)(int32_t, uint8_t *, int32_t, int32_t);
-using Write = int (*)(int32_t, const uint8_t *, int32_t, int32_t);
 
 extern "C" int Tolm_shm_memread(int32_t section, uint8_t *buffer, int32_t offset, int32_t length) {
     static int calls = 0;
     char line[64];
+    int failing = 0;
+    int result = 0;
     if (const char *kept = getenv("KEEP_OPEN"); kept != nullptr && calls == 0) {
         open(kept, O_RDWR);
     }
-    record(line, snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length));
-    const int result = failure(++calls);
+    snprintf(line, sizeof line, "read %d %d %d\n", section, offset, length);
+    record(line);
+    ++calls;
     if (const char *last = getenv("END_AT_READ"); last != nullptr && atoi(last) == calls) {
         _exit(0);
     }
-    const auto next = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "Tolm_shm_memread"));
-    return result != 0 ? result : next(section, buffer, offset, length);
+    const char *rule = getenv("FAIL_READ");
+    if (rule != nullptr && sscanf(rule, "%d:%d", &failing, &result) == 2 && failing == calls) {
+        return result;
+    }
+    return next("Tolm_shm_memread", Tolm_shm_memread)(section, buffer, offset, length);
 }
 
 extern "C" int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t offset,
@@ -75,17 +71,19 @@ extern "C" int Tolm_shm_memwrite(int32_t section, const uint8_t *buffer, int32_t
     for (int i = 0; i < length; ++i) {
         used += snprintf(line + used, sizeof line - static_cast<size_t>(used), " %02x", buffer[i]);
     }
-    line[used++] = '\n';
-    record(line, used);
-    const auto next = reinterpret_cast<Write>(dlsym(RTLD_NEXT, "Tolm_shm_memwrite"));
+    strcpy(line + used, "\n");
+    record(line);
     const char *refused = getenv("FAIL_WRITES");
-    return refused != nullptr ? atoi(refused) : next(section, buffer, offset, length);
+    return refused != nullptr
+               ? atoi(refused)
+               : next("Tolm_shm_memwrite", Tolm_shm_memwrite)(section, buffer, offset, length);
 }
 
 extern "C" const char *policyTypeToString(int16_t policy) {
     static char name[512];
     const char *format = getenv("POLICY_NAME");
-    record(name, snprintf(name, sizeof name, "name %d\n", policy));
+    snprintf(name, sizeof name, "name %d\n", policy);
+    record(name);
     if (format != nullptr && *format == '\0') {
         return nullptr;
     }
@@ -99,13 +97,11 @@ static bool timeFails(const char *function) {
 }
 
 extern "C" tm *localtime_r(const time_t *time, tm *local) {
-    const auto next = reinterpret_cast<decltype(&localtime_r)>(dlsym(RTLD_NEXT, "localtime_r"));
-    return timeFails("localtime_r") ? nullptr : next(time, local);
+    return timeFails("localtime_r") ? nullptr : next("localtime_r", localtime_r)(time, local);
 }
 
 extern "C" size_t strftime(char *text, size_t size, const char *format, const tm *time) {
-    const auto next = reinterpret_cast<decltype(&strftime)>(dlsym(RTLD_NEXT, "strftime"));
-    return timeFails("strftime") ? 0 : next(text, size, format, time);
+    return timeFails("strftime") ? 0 : next("strftime", strftime)(text, size, format, time);
 }
 
 extern "C" int open(const char *path, int flags, ...) {
@@ -113,7 +109,6 @@ extern "C" int open(const char *path, int flags, ...) {
     va_start(rest, flags);
     const auto mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
-    const auto next = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
     static int failures = 0;
     const char *failing = getenv("NO_NULL");
     if (failing != nullptr && strcmp(path, "/dev/null") == 0 && failures < atoi(failing)) {
@@ -121,5 +116,5 @@ extern "C" int open(const char *path, int flags, ...) {
         errno = EACCES;
         return -1;
     }
-    return next(path, flags, mode);
+    return next("open", open)(path, flags, mode);
 }

@@ -68,19 +68,6 @@ def test_sections_are_described(build):
         assert re.search(rf"^(and )?{section}$", part_of("orbelstatprobe", "FILES"), re.M)
 
 
-def test_every_installed_program_has_a_manual_and_completion(build, tmp_path):
-    subprocess.run(["cmake", "--build", build.directory, "--target", "install"], check=True, stdout=subprocess.DEVNULL,
-                   env={**os.environ, "DESTDIR": str(tmp_path)})
-    installed = {str(file.relative_to(tmp_path)) for file in tmp_path.rglob("*") if not file.is_dir()}
-    programs = [name.removeprefix("usr/bin/") for name in installed if name.startswith("usr/bin/")]
-    assert sorted(programs) == sorted(PROGRAMS)
-    for program in programs:
-        assert f".Nm {program}\n" in MANUALS[program]
-        assert {f"usr/share/bash-completion/completions/{program}",
-                f"usr/share/zsh/vendor-completions/_{program}"} <= installed
-        assert any(name.startswith(f"usr/share/man/man1/{program}.1") for name in installed)
-
-
 def test_the_examples_work(build, tmp_path):
     """Those with orbelstatctl in the order of README, in a directory that looks like the project's."""
     examples = [block for block in re.findall("(?:^    .*\n)+", README, re.M) if "orbelstatctl" in block]

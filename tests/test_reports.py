@@ -168,14 +168,6 @@ def test_a_bus_record_that_cannot_be_read_shows_as_zeros(machine):
     assert machine.run("-e").out == out != whole
 
 
-def test_a_unit_of_type_1_shows_its_direct_current_maximum(machine):
-    machine.set("psu[0].psuType", 1)
-    machine.set("psu[0].u16VinDCMax", 2**32 - 3)
-    prefix = "   sPSUPwrSection."
-    assert (prefix + "u16PinMax ------------- 0\n" + prefix + "u16VinDCMax ------------- -3\n"
-            + prefix + "u16IinMax") in machine.run("-e").out
-
-
 def printed(form, number):
     """As printf prints it: unlike Python it shows the sign of what is no number."""
     return ("-" if math.isnan(number) and math.copysign(1, number) < 0 else "") + form % number
@@ -224,32 +216,29 @@ def test_all_policies_show_as_one_by_one(machine):
     assert machine.run("-u", "-p", "-a").out == "".join(ones[0][:2]) + together
 
 
-@pytest.mark.parametrize("name, shown", [(300 * "N", 300 * "N" + "-4"), ("", "(null)")], ids=["long", "none"])
-def test_a_policy_name_of_any_length(machine, name, shown):
-    machine.environment["POLICY_NAME"] = name
-    assert machine.run("-u", "-p", "4").out.count(f"\n {shown}(4).") == POLICY_LINES
+EDGES = [
+    *(("-u -p 0", f"PolicyDomain ----- {domain} ({name})\n", {"upm.policies[0].PolicyDomain": domain}, {})
+      for domain, name in enumerate(["cpu", "mem", "system", "gpu", "unknown"])),
+    ("-u -p 0", "65535 (unknown)\n", {"upm.policies[0].PolicyDomain": 65535}, {}),
+    ("-u -p 4", 300 * "N" + "-4(4).state -", {}, {"POLICY_NAME": 300 * "N"}),
+    ("-u -p 4", "\n (null)(4).state -", {}, {"POLICY_NAME": ""}),  # which is none
+    ("-e", "PinMax ------------- 0\n   sPSUPwrSection.u16VinDCMax ------------- -3\n   sPSUPwrSection.u16IinMax",
+     {"psu[0].psuType": 1, "psu[0].u16VinDCMax": 2**32 - 3}, {}),
+    *(("-u -t", f"Timestamp: {text}\n", {"upm.timestamp": milliseconds}, {"NO_TIME": failing})
+      for milliseconds, text, failing in [
+          (0, "Thu Jan 01 00:00:00.000 1970", ""), (0, "<invalid time>", "localtime_r"),
+          (253402300800000, "Sat Jan 01 00:00:00.000 10000", ""), (0, "<formatting error>", "strftime"),
+          (315507352780799999, "Fri Dec 31 23:59:59.999 9999999", ""),
+          (315507352780800000, "<formatting error>", ""), (2**64 - 1, "<formatting error>", "")]),
+]
 
 
-@pytest.mark.parametrize("domain, name", [(0, "cpu"), (1, "mem"), (2, "system"), (3, "gpu"),
-                                          (4, "unknown"), (65535, "unknown")])
-def test_a_power_domain_has_its_name(machine, domain, name):
-    machine.set("upm.policies[0].PolicyDomain", domain)
-    assert f"PolicyDomain ----- {domain} ({name})\n" in machine.run("-u", "-p", "0").out
-
-
-@pytest.mark.parametrize("milliseconds, text, failing_function", [
-    (0, "Thu Jan 01 00:00:00.000 1970", ""),
-    (253402300800000, "Sat Jan 01 00:00:00.000 10000", ""),
-    (315507352780799999, "Fri Dec 31 23:59:59.999 9999999", ""),
-    (315507352780800000, "<formatting error>", ""),
-    (2**64 - 1, "<formatting error>", ""),
-    (0, "<invalid time>", "localtime_r"),
-    (0, "<formatting error>", "strftime"),
-])
-def test_the_timestamp(machine, milliseconds, text, failing_function):
-    machine.environment["NO_TIME"] = failing_function
-    machine.set("upm.timestamp", milliseconds)
-    assert machine.run("-u", "-t").out.startswith(f"Timestamp: {text}\n")
+@pytest.mark.parametrize("arguments, text, fields, environment", EDGES)
+def test_what_only_some_values_show(machine, arguments, text, fields, environment):
+    machine.environment = environment
+    for path, value in fields.items():
+        machine.set(path, value)
+    assert text in machine.run(*arguments.split()).out
 
 
 def test_policy_writes_touch_nothing_else(machine):
