@@ -194,7 +194,7 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
-    if (!isCompanion || strcmp(argv[1], "save") != 0) { // which would write files
+    if (!isCompanion || count < 2 || strcmp(argv[1], "save") != 0) { // which would write files
         const int status = isCompanion ? runCompanion(count, argv) : runCommandLine(count, argv);
         assert((isCompanion ? 0 : -1) <= status && status <= (isCompanion ? 2 : 1));
     }
