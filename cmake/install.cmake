@@ -2,10 +2,6 @@
 # its completion, and the licence. With the stand-in also its libraries, where nothing but the
 # programs linked with them looks: no other program ever gets demo data.
 
-# Whatever the umask of whoever installs.
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-
 function(install_program name component)
     install(TARGETS ${name} COMPONENT ${component})
     install(FILES man/${name}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
