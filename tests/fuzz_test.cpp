@@ -19,7 +19,6 @@
 #include <span>
 #include <string_view>
 #include <sys/mman.h>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -201,7 +200,7 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     }
 }
 
-static void run(const uint8_t *data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<uint8_t> terminated(data, data + size);
     terminated.push_back(0);
     input = terminated.data();
@@ -212,12 +211,6 @@ static void run(const uint8_t *data, size_t size) {
     const size_t choice = below(8);
     choice == 7 ? callOperations() : runProgram(choice < 3, choice >= 5);
     fclose(typed);
-}
-
-// On another stack than libFuzzer's: the memory sanitizer does not see what that writes to its own,
-// and would take it for what the programs have left there, uninitialised.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    std::thread(run, data, size).join();
     return 0;
 }
 
