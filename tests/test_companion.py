@@ -222,16 +222,15 @@ def test_wrong_usage_is_refused(ctl, words):
     assert (outcome.out, outcome.calls) == ("", [])
 
 
-def test_help_and_version(ctl):
-    assert "save DIRECTORY" in ctl("--help").out
-    assert re.fullmatch(r"orbelstatctl \d+\.\d+\S*\n", ctl("--version").out)
-
-
 @pytest.mark.parametrize("words, stream, reason", [
     ("json", "/dev/full", "No space left"), ("get psu", "/dev/full", "No space left"),
     ("get upm", "/dev/full", "No space left"), ("list", "&-", "Bad file")])
 def test_lost_output_is_told(ctl, words, stream, reason):
     assert reason in ctl(*words.split(), redirections=f"exec >{stream};", status=1).err
+
+
+def test_the_version(ctl):
+    assert re.fullmatch(r"orbelstatctl \d+\.\d+\S*\n", ctl("--version").out)
 
 
 def test_what_can_be_read_is_printed(ctl):
