@@ -33,7 +33,7 @@ static constexpr const char *companionWords[] = {
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
     "list", "upm", "set", "upm.powerLimits.cpuPPL[3]=100000", "upm.powerLimits.sysPL2=7",
     "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "reporting.vcoreVRData[1]", "config", "json"};
-// Ways through the wizard: a digit is typed as it stands, and for each letter what suits its
+// Ways through the wizard: a digit is typed unchanged, and for each letter what suits its
 // prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
 static constexpr std::string_view ways[] = {
     "11cqqqqq1cqqqqq2qq01", "12qq1cqqqqq02", "2cqqqqqcqqqqqb1", "2cqqqqqcqqqqqcqqqqqb2",

@@ -69,7 +69,7 @@ def test_programs_are_hardened(build, program):
     path = build.directory / program
     headers = subprocess.check_output(["readelf", "-hldW", "--dyn-syms", path], text=True)
     for pattern in ("Type: +DYN", "GNU_RELRO", "FLAGS.* NOW", "GNU_STACK.* RW ", "__stack_chk_fail",
-                    "__printf_chk", r"RUNPATH.*\[[$]ORIGIN"):
+                    "__printf_chk", r"RUNPATH.*\[[$]ORIGIN\]"):
         assert re.search(pattern, headers), pattern
     needed = [name for name in re.findall(r"\(NEEDED\).*\[(.*)\]", headers) if not name.startswith("ld-")]
     if program == "orbelstatprobe":  # what people wait for is the start-up of what is needed

@@ -54,7 +54,7 @@ COMPLETED = {  # which leaves the line ready to be gone on with
 
 @pytest.fixture(scope="module", params=SHELLS)
 def typed(build, request, tmp_path_factory):
-    """What becomes of a line in a shell after a key has been typed."""
+    """What a line in a shell turns into after a key has been typed."""
     if not shutil.which(request.param):
         pytest.skip("there is no " + request.param)
     home, current = tmp_path_factory.mktemp("home"), tmp_path_factory.mktemp("current")
