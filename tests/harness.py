@@ -160,7 +160,7 @@ class Machine:
     def command(self, program, arguments, redirections):
         self.calls.write_text("")
         settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": self.calls,
-                    "LD_PRELOAD": self.build.directory / "librecorder.so",
+                    "LD_PRELOAD": "$ORIGIN/librecorder.so",  # a path with blanks would be taken apart
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99",
                     "UBSAN_OPTIONS": "exitcode=99", **self.environment}
         command = self.build.command(program, *arguments, **settings)

@@ -1,6 +1,7 @@
 """Types command lines and Tab into a real bash and a real zsh and compares what they offer."""
 import os
 import re
+import shlex
 import shutil
 
 import pexpect
@@ -8,7 +9,7 @@ import pytest
 from harness import FORMS, ROOT
 
 pytestmark = pytest.mark.builds("release")
-COMPLETION = ROOT / "completion"
+COMPLETION = shlex.quote(str(ROOT / "completion"))
 POLICIES = " ".join(map(str, range(16)))
 
 # Of each shell its command, the file that it starts with and the text of that. Tab inserts
