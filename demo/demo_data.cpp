@@ -23,8 +23,9 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.psuCapabilities = 0x0F;
     unit.psuSlot = static_cast<uint8_t>(number + 1);
     setBytes(unit.psuPartNum, "0PS14A00");
-    unit.psuFRUInfo[0] = 1; // a header of version 1, which names no area, and its checksum
-    unit.psuFRUInfo[7] = 0xFF;
+    unit.psuFRUInfo[0] =
+        std::byte{1}; // a header of version 1, which names no area, and its checksum
+    unit.psuFRUInfo[7] = std::byte{0xFF};
     setBytes(unit.psuComponentId, "C14A");
     unit.inputRatingAmps = 8;
     unit.inputRatingVolts = 230;
@@ -47,7 +48,7 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.u16IoutMax = 111;
     unit.u8PMBusRevision = 0x22;
     setBytes(unit.u8SerialNumber, "SN0000000000");
-    unit.u8SerialNumber[11] = static_cast<uint8_t>('A' + number);
+    unit.u8SerialNumber[11] = static_cast<char>('A' + number);
     memcpy(unit.u8PSUEfficiency, efficiency, sizeof efficiency);
     unit.Pin = 1440 * share;
     unit.Iin = 6.26F * share;

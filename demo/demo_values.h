@@ -33,9 +33,9 @@ template <size_t size> void setText(char (&field)[size], const char *format, int
 }
 
 // Without a NUL: what is left of the field is blanks.
-template <size_t size> void setBytes(uint8_t (&field)[size], const char *text) {
+template <size_t size> void setBytes(char (&field)[size], const char *text) {
     for (size_t i = 0; i < size; ++i) {
-        field[i] = static_cast<uint8_t>(*text != '\0' ? *text++ : ' ');
+        field[i] = *text != '\0' ? *text++ : ' ';
     }
 }
 

@@ -1,139 +1,79 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/section_copies.h"
 #include "orbelstatctl/values.h"
 
-#include <algorithm>
-#include <cstring>
+#include <nlohmann/json.hpp>
+#include <span>
 
-namespace {
+using Json = nlohmann::ordered_json;
+using Steps = std::span<const Step>;
 
-// The step of a path that begins at `start`: a member's name or an index in brackets.
-std::string_view stepAt(std::string_view path, size_t start) {
-    size_t end = start + 1;
-    while (end < path.size() && path[end] != '.' && path[end] != '[') {
-        ++end;
-    }
-    return {path.data() + start, path.data() + end};
-}
-
-// A document under construction: fields come in with their paths below the document's root, and
-// what a path has in common with the one before it are the objects and arrays that stay open.
-class Document {
-  public:
-    explicit Document(TextBuffer &text) : out(text) {}
-
-    // Puts all that stands before the value of a field. An empty path is that of a document which
-    // is one value.
-    void beginField(std::string_view path);
-    void end();
-
-  private:
-    // An open object or array.
-    struct Level {
-        size_t start; // of its members' steps in the path
-        char closing;
-    };
-
-    // Whether a path that is like the last one up to `differing` has a member of this level: of an
-    // array that takes the opening bracket, of an object not one character.
-    static bool isMemberOf(const Level &level, size_t differing) {
-        return level.closing == ']' ? level.start < differing : level.start <= differing;
-    }
-    // Opens the object or array of the step at `start`, and begins that step's line.
-    void open(std::string_view path, size_t start);
-    void beginMember(std::string_view step);
-    void close();
-    void beginLine();
-
-    TextBuffer &out;
-    Level levels[8]{};
-    size_t depth = 0;
-    char lastPath[256]{};
-    size_t lastLength = 0;
-};
-
-void Document::beginLine() {
-    out.put('\n');
-    out.putRun(' ', static_cast<int>(2 * depth));
-}
-
-void Document::beginMember(std::string_view step) {
-    beginLine();
-    if (step[0] != '[') {
-        out.put('"');
-        out.put(step);
-        out.put("\": ");
-    }
-}
-
-void Document::open(std::string_view path, size_t start) {
-    const bool isArray = path[start] == '[';
-    out.put(isArray ? '[' : '{');
-    levels[depth++] = {start, isArray ? ']' : '}'};
-    beginMember(stepAt(path, start));
-}
-
-void Document::close() {
-    --depth;
-    beginLine();
-    out.put(levels[depth].closing);
-}
-
-void Document::beginField(std::string_view path) {
-    if (path.empty()) {
-        return;
-    }
-    size_t start = path[0] == '.' ? 1 : 0;
-    if (depth == 0) {
-        open(path, start);
-    } else {
-        const char *differing =
-            std::mismatch(path.begin(), path.end(), lastPath, lastPath + lastLength).first;
-        while (!isMemberOf(levels[depth - 1], static_cast<size_t>(differing - path.begin()))) {
-            close();
+// A string in which every byte stands for the code point of its number.
+static Json textJson(const std::string &text) {
+    std::string utf8;
+    for (const char character : text) {
+        const auto byte = static_cast<uint8_t>(character);
+        if (byte >= 0x80) {
+            utf8 += static_cast<char>(0xC0 | byte >> 6);
         }
-        out.put(',');
-        start = levels[depth - 1].start;
-        beginMember(stepAt(path, start));
+        utf8 += static_cast<char>(byte < 0x80 ? byte : 0x80 | (byte & 0x3F));
     }
-    for (start += stepAt(path, start).size(); start < path.size();
-         start += stepAt(path, start).size()) {
-        start += path[start] == '.' ? 1 : 0;
-        open(path, start);
-    }
-    memcpy(lastPath, path.data(), path.size());
-    lastLength = path.size();
+    return utf8;
 }
 
-void Document::end() {
-    while (depth > 0) {
-        close();
+// A number is written as everywhere else; what is not finite becomes null.
+static Json valueJson(const Row &row, const uint8_t *at) {
+    if (row.type == Type::text) {
+        return textJson(textAt(row, at));
     }
-    out.put('\n');
+    const std::string value = valueOf(row, at);
+    const Json number = value == "-0" ? Json(-0.0) : Json::parse(value, nullptr, false);
+    return row.type == Type::bytes ? Json(value) : number.is_discarded() ? Json() : number;
 }
 
-} // namespace
+static Json jsonOf(Source &source, Steps path, std::vector<uint32_t> indices);
 
-int printJson(Words arguments) {
-    const std::string_view wanted = arguments.empty() ? "" : arguments[0];
-    const std::vector<Field> fields = arguments.empty() ? fieldsIn("") : fieldsOrComplaint(wanted);
-    if (fields.empty()) {
-        return refused;
+// Of one element of an array, or of what is no array: what the rest of the path names in it. Null
+// if that cannot be read.
+static Json elementJson(Source &source, const Node &node, Steps rest,
+                        const std::vector<uint32_t> &indices) {
+    if (!rest.empty()) {
+        return jsonOf(source, rest, indices);
     }
-    SectionCopies copies;
-    bool areRead = true;
-    for (const Field &field : fields) {
-        areRead = copies.of(field.section) != nullptr && areRead;
+    if (node.isPolicyName()) {
+        return textJson(source.policyName(indices.at(0)));
     }
-    if (!areRead) {
+    if (node.isField()) {
+        const uint8_t *bytes = source.bytesOf(node.section);
+        return bytes == nullptr ? Json() : valueJson(*node.row, bytes + node.offsetAt(indices));
+    }
+    Json object;
+    for (const Node &member : node.members) {
+        const Step all = allOf(member);
+        object[std::string(member.name)] = jsonOf(source, {&all, 1}, indices);
+    }
+    return object;
+}
+
+// Of what a path names: an array, unless it names one element or what is no array.
+static Json jsonOf(Source &source, Steps path, std::vector<uint32_t> indices) {
+    const auto &[node, index, first, last] = path[0];
+    if (node->count == 0) {
+        return elementJson(source, *node, path.subspan(1), indices);
+    }
+    Json array = Json::array();
+    indices.push_back(first);
+    for (; indices.back() <= last; ++indices.back()) {
+        array.push_back(elementJson(source, *node, path.subspan(1), indices));
+    }
+    return index == Step::one ? array[0] : array;
+}
+
+int printJson(Source &source, const std::string &path) {
+    const Path steps = path.empty() ? Path() : parsePath(path, path);
+    const Json document = elementJson(source, tree(), steps, {});
+    if (source.hasFailed()) {
         return failed;
     }
-    TextBuffer out;
-    Document document(out);
-    for (const Field &field : fields) {
-        document.beginField(std::string_view(field.path).substr(wanted.size()));
-        putJsonValue(out, field, copies.of(field.section));
-    }
-    document.end();
+    print(document.dump(2, ' ', true) + '\n');
     return succeeded;
 }

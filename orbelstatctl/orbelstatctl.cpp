@@ -1,8 +1,7 @@
-// orbelstatctl: the shared memory's fields by name, for scripts.
+// orbelstatctl: the shared memory's fields by name, for scripts and for people.
 #include "orbelstatctl/commands.h"
 #include "output/standard_streams.h"
 
-#include <cstdio>
 #include <new>
 
 static constexpr char program[] = "orbelstatctl";
@@ -14,9 +13,15 @@ int main(int argc, char **argv) {
     int status = failed;
     try {
         status = runCompanion(argc, argv);
+    } catch (const Stop &stop) {
+        status = stop.status;
+        if (!stop.message.empty()) {
+            complain(stop.message);
+        }
     } catch (const std::bad_alloc &) {
-        fprintf(stderr, "%s: no memory\n", program);
+        complain("no memory");
+    } catch (const std::exception &error) {
+        complain(error.what());
     }
-    const bool isWritten = closeStandardOutput(program);
-    return isWritten || status != succeeded ? status : failed;
+    return closeStandardOutput(program) || status != succeeded ? status : failed;
 }

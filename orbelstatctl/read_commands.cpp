@@ -1,61 +1,126 @@
+// list, get and metrics: a line a field.
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/section_copies.h"
 #include "orbelstatctl/values.h"
 
-int listFields(Words arguments) {
-    const std::vector<Field> fields =
-        arguments.empty() ? fieldsIn("") : fieldsOrComplaint(arguments[0]);
-    TextBuffer out;
-    for (const Field &field : fields) {
-        const Row &row = *field.row;
-        out.put(field.path);
-        out.put('\t');
-        putType(out, row);
-        out.put('\t');
-        out.putSigned(field.section.id);
-        out.put('\t');
-        out.putUnsigned(field.offset);
-        if (row.bound && row.type == Type::f64) {
-            out.put('\t');
-            out.putGeneral(-static_cast<double>(*row.bound));
-            out.put("..");
-            out.putGeneral(*row.bound);
-        } else if (row.bound) {
-            out.put("\t0..");
-            out.putUnsigned(maxWritable(row));
-        }
-        out.put('\n');
+#include <algorithm>
+#include <cstring>
+
+// The members that the paths name, in the order of the records, with the elements that are named.
+static std::vector<Path> membersOf(const std::vector<Path> &paths) {
+    const auto isWithin = [](const Path &small, const Path &large) {
+        return std::ranges::equal(small, large, [](const Step &step, const Step &other) {
+            return step.node == other.node && other.first <= step.first && step.last <= other.last;
+        });
+    };
+    std::vector<Path> named;
+    for (const Path &path : paths) {
+        std::ranges::move(membersBelow(path), std::back_inserter(named));
     }
-    return fields.empty() ? refused : succeeded;
+    std::vector<Path> members;
+    for (const Path &member : membersBelow({})) {
+        std::ranges::copy_if(named, std::back_inserter(members), [&](const Path &part) {
+            const auto hidesPart = [&](const Path &other) {
+                return isWithin(part, other) && (!isWithin(other, part) || &other < &part);
+            };
+            return isWithin(part, member) && std::ranges::none_of(named, hidesPart);
+        });
+    }
+    return members;
 }
 
-int getFields(Words arguments) {
-    std::vector<Field> fields;
-    bool areKnown = true;
-    for (const char *path : arguments) {
-        const std::vector<Field> named = fieldsOrComplaint(path);
-        areKnown = areKnown && !named.empty();
-        fields.insert(fields.end(), named.begin(), named.end());
+int listFields(const Words &words, bool perElement, bool onlyWritable) {
+    const std::vector<Path> paths =
+        parsePaths(words, onlyWritable ? &Node::isWritable : &Node::isField, mayNotBeWritten);
+    std::vector<Field> lines;
+    if (perElement) {
+        lines = fieldsOf(paths);
+    } else {
+        for (const Path &member : membersOf(paths)) {
+            lines.push_back(fieldsOf({member})[0]);
+            lines.back().path = textOf(member);
+        }
     }
-    if (!areKnown) {
-        return refused;
+    for (const auto &[path, node, indices, offset] : lines) {
+        if (!onlyWritable || node->isWritable()) {
+            const std::string section = std::to_string(node->section.id);
+            print(path + '\t' + typeNameOf(*node) + '\t' +
+                  (node->isPolicyName() ? "-\t-" : section + '\t' + std::to_string(offset)) +
+                  (node->isWritable() ? '\t' + boundsOf(*node->row) : "") + '\n');
+        }
     }
-    const bool isBare = fields.size() == 1 && fields[0].path == arguments[0];
-    SectionCopies copies;
-    TextBuffer out;
-    int status = succeeded;
-    for (const Field &field : fields) {
-        const uint8_t *section = copies.of(field.section);
-        if (section == nullptr) {
-            status = failed;
+    return succeeded;
+}
+
+// Why setFields would not bring back what a field holds; "" if it would.
+static std::string lossOf(const Row &row, const std::string &value, const uint8_t *at) {
+    try {
+        const bool isSame = memcmp(bytesOf(row, value, "").data(), at, row.size) == 0;
+        return isSame ? "" : ": not with the same bytes";
+    } catch (const Stop &stop) {
+        return stop.message;
+    }
+}
+
+int getFields(Source &source, const Words &words, bool onlyValues, bool onlyWritable) {
+    bool isLost = false;
+    for (const Field &field : fieldsOf(parsePaths(
+             words, onlyWritable ? &Node::isWritable : &Node::isField, mayNotBeWritten))) {
+        const bool isWanted = !onlyWritable || field.node->isWritable();
+        const auto value = isWanted ? source.valueOf(field) : std::nullopt;
+        if (!value) {
             continue;
         }
-        if (!isBare) {
-            out.put(field.path);
-            out.put('=');
+        if (onlyWritable) {
+            const uint8_t *at = source.bytesOf(field.node->section) + field.offset;
+            if (const std::string loss = lossOf(*field.node->row, *value, at); !loss.empty()) {
+                complain(field.path + '=' + *value + ": cannot be set back, " + loss.substr(2));
+                isLost = true;
+                continue;
+            }
         }
-        putValue(out, field, section);
-        out.put('\n');
+        print((onlyValues ? "" : field.path + '=') + *value + '\n');
     }
-    return status;
+    return source.hasFailed() || isLost ? failed : succeeded;
+}
+
+// "{policies="3"}": each index of a field, named after its array.
+static std::string labelsOf(const Path &member, const Field &field) {
+    std::string labels;
+    auto index = field.indices.begin();
+    for (const Step &step : member) {
+        if (step.node->count != 0) {
+            labels += (labels.empty() ? "{" : ",") + std::string(step.node->name) + "=\"" +
+                      std::to_string(*index++) + '"';
+        }
+    }
+    return labels.empty() ? "" : labels + '}';
+}
+
+int printMetrics(Source &source, const Words &words) {
+    static const std::map<std::string, std::string> spellings = {
+        {"inf", "+Inf"}, {"-inf", "-Inf"}, {"nan", "NaN"}, {"-nan", "NaN"}};
+    std::multimap<const Node *, Field> fields;
+    for (const Field &field : fieldsOf(parsePaths(words, &Node::isNumber, "names no number"))) {
+        if (field.node->isNumber() && source.valueOf(field)) {
+            fields.emplace(field.node, field);
+        }
+    }
+    for (const Path &member : membersBelow({})) {
+        std::string name = "orbelstat";
+        for (const Step &step : member) {
+            name.append("_").append(step.node->name);
+        }
+        const auto [begin, end] = fields.equal_range(member.back().node);
+        if (begin != end) {
+            print("# HELP " + name + ' ' + textOf(member) + '\n');
+            print("# TYPE " + name + " gauge\n");
+        }
+        for (auto entry = begin; entry != end; ++entry) {
+            const std::string value = *source.valueOf(entry->second);
+            const auto spelling = spellings.find(value);
+            print(name + labelsOf(member, entry->second) + ' ' +
+                  (spelling == spellings.end() ? value : spelling->second) + '\n');
+        }
+    }
+    return source.hasFailed() ? failed : succeeded;
 }

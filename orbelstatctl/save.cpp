@@ -1,82 +1,92 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/section_copies.h"
+#include "upm/upm_block.h"
 
 #include <cerrno>
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
 #include <sys/stat.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
-static bool writeAll(int file, const uint8_t *bytes, size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(file, bytes, size);
-        if (written < 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
+// Has a file, or the names in a directory, on its medium. Returns whether that succeeded.
+static bool sync(const std::string &path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isDone = descriptor >= 0 && fsync(descriptor) == 0;
+    close(descriptor);
+    return isDone;
 }
 
-// Writes a file that is on its medium when it gets its name. Returns 0 or an errno value; then
-// there is no file, or still the one that was there.
-static int writeFile(const char *path, const char *temporary, const uint8_t *bytes, size_t size) {
-    unlink(temporary); // of a run that was ended
-    const int file = open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0) {
-        return errno;
+static void writeFile(const std::string &path, std::string_view text) {
+    std::ofstream file(path, std::ios::binary);
+    file << text << std::flush;
+    if (!file || !sync(path)) {
+        throw Stop{failed, path + ": " + strerror(errno)};
     }
-    int error = 0;
-    if (!writeAll(file, bytes, size) || fsync(file) != 0 || rename(temporary, path) != 0) {
-        error = errno;
-        unlink(temporary);
-    }
-    close(file);
-    return error;
 }
 
-static int saveSection(const char *directory, Section section, SectionCopies &copies) {
-    char path[4096];
-    char temporary[sizeof path + 32];
-    const int length = snprintf(path, sizeof path, "%s/section-%d", directory, section.id);
-    if (length >= static_cast<int>(sizeof path)) {
-        fprintf(stderr, "orbelstatctl: %s: %s\n", directory, strerror(ENAMETOOLONG));
-        return failed;
-    }
-    snprintf(temporary, sizeof temporary, "%s.%d", path, getpid());
-    const uint8_t *bytes = copies.of(section);
-    if (bytes == nullptr) {
-        return failed;
-    }
-    const int error = writeFile(path, temporary, bytes, static_cast<size_t>(section.size));
-    if (error != 0) {
-        fprintf(stderr, "orbelstatctl: %s: %s\n", path, strerror(error));
-        return failed;
-    }
-    printf("%s: %d bytes\n", path, section.size);
-    return succeeded;
-}
-
-int saveSections(Words arguments) {
-    const char *directory = arguments[0];
-    if (mkdir(directory, 0777) != 0 && errno != EEXIST) {
-        fprintf(stderr, "orbelstatctl: %s: %s\n", directory, strerror(errno));
-        return failed;
-    }
-    SectionCopies copies;
-    int status = succeeded;
+// KEY=VALUE lines: what was captured where and when.
+static std::string aboutText(Source &source) {
+    std::ostringstream text;
+    const time_t now = std::time(nullptr);
+    utsname system{};
+    uname(&system);
+    text << "capture=1\norbelstatctl=" << ORBELSTATCTL_VERSION
+         << "\ntime=" << std::put_time(std::gmtime(&now), "%FT%TZ")
+         << "\nhost=" << escaped(system.nodename) << "\nkernel=" << system.sysname << ' '
+         << system.release << ' ' << system.machine << '\n';
     for (const Section section : allSections) {
-        if (saveSection(directory, section, copies) != succeeded) {
-            status = failed;
+        const std::string error = source.errorOf(section);
+        text << "section-" << section.id << '='
+             << (error.empty() ? std::to_string(section.size) : error) << '\n';
+    }
+    return text.str();
+}
+
+// Fills an empty directory that has a name of its own, and gives it its right name and mode.
+static void fill(const std::string &path, const std::string &name, Source &source) {
+    std::string policyNames;
+    for (uint32_t policy = 0; policy < policyCount; ++policy) {
+        policyNames += escaped(source.policyName(policy)) + '\n';
+    }
+    for (const Section section : allSections) {
+        if (const uint8_t *bytes = source.bytesOf(section)) {
+            writeFile(path + "/section-" + std::to_string(section.id),
+                      {reinterpret_cast<const char *>(bytes), static_cast<size_t>(section.size)});
         }
     }
-    // The names are on the medium when the directory is, where its file system can say so.
-    const int descriptor = open(directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor >= 0) {
-        fsync(descriptor);
-        close(descriptor);
+    writeFile(path + "/policy-names", policyNames);
+    writeFile(path + "/about", aboutText(source));
+    const mode_t mask = umask(0);
+    umask(mask);
+    if (!sync(path) || chmod(path.c_str(), 0777 & ~mask) != 0 ||
+        rename(path.c_str(), name.c_str()) != 0) {
+        throw Stop{failed, name + ": " + strerror(errno)};
     }
-    return status;
+    sync(name + "/..");
+}
+
+int saveCapture(const std::string &directory) {
+    const std::string name = directory.substr(0, directory.find_last_not_of('/') + 1);
+    if (std::filesystem::exists(name) &&
+        !(std::filesystem::is_directory(name) && std::filesystem::is_empty(name))) {
+        throw Stop{failed, directory + ": exists and is no empty directory"};
+    }
+    std::string path = name + ".XXXXXX";
+    if (mkdtemp(path.data()) == nullptr) {
+        throw Stop{failed, directory + ": " + strerror(errno)};
+    }
+    Source source;
+    try {
+        fill(path, name, source);
+    } catch (...) {
+        std::filesystem::remove_all(path);
+        throw;
+    }
+    return source.hasFailed() ? failed : succeeded;
 }

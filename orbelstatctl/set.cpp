@@ -1,162 +1,149 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/section_copies.h"
 #include "orbelstatctl/values.h"
-#include "upm/upm_block.h"
+#include "output/standard_streams.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <sys/types.h>
 
 namespace {
 
-// Text that the C library allocated, freed when its owner returns.
-struct FreeText {
-    void operator()(char *text) const {
-        free(text);
-    }
-};
-using AllocatedText = std::unique_ptr<char[], FreeText>;
-
-// A field and what is to be written to it.
+// A field and the bytes that it is to hold.
 struct Assignment {
     Field field;
-    uint8_t bytes[maxValueSize];
+    std::string bytes;
+    bool isWritten = false;
+    int error = 0; // of the library, which has refused to write it
+
+    // Of the bytes of the field's section.
+    [[nodiscard]] bool isHeld(const uint8_t *section) const {
+        return memcmp(section + field.offset, bytes.data(), bytes.size()) == 0;
+    }
+    [[nodiscard]] std::string valueIn(const uint8_t *section) const {
+        return valueOf(*field.node->row, section + field.offset);
+    }
 };
 
-// Reads standard input to its end, without the last line's. Says on standard error what is wrong
-// with it, and returns the exit status of that.
-ExitStatus readInput(AllocatedText &input) {
-    char *text = nullptr;
-    size_t allocated = 0;
-    const ssize_t length = getdelim(&text, &allocated, '\0', stdin);
-    input.reset(text);
+// The lines of standard input. The last one must be whole: what a producer that died has printed of
+// a value is another value.
+Words readLines() {
+    Words lines(1);
+    for (int character = getchar(); character != EOF; character = getchar()) {
+        character == '\n' ? lines.emplace_back() : lines.back() += static_cast<char>(character);
+    }
     if (ferror(stdin) != 0) {
-        fprintf(stderr, "orbelstatctl: standard input: %s\n", strerror(errno));
-        return failed;
+        throw Stop{failed, std::string("standard input: ") + strerror(errno)};
     }
-    if (length <= 0) {
-        fprintf(stderr, "orbelstatctl: standard input: nothing to set\n");
-        return refused;
-    }
-    char &last = text[length - 1];
-    if (last == '\0') {
-        fprintf(stderr, "orbelstatctl: standard input: a NUL byte\n");
-        return refused;
-    }
-    last = last == '\n' ? '\0' : last;
-    return succeeded;
+    refuseIf(!lines.back().empty(), "standard input: the last line has no line end");
+    lines.pop_back();
+    refuseIf(lines.empty(), "standard input: nothing to set");
+    return lines;
 }
 
-// Takes PATH=VALUE apart. Returns null, or what is wrong with it.
-const char *parseAssignment(const char *text, Assignment &assignment) {
-    const size_t length = strlen(text);
-    if (length > 0 && text[length - 1] == '\r') {
-        return "ends in a carriage return";
+// The path with "[*]" where it names all elements of an array without saying so.
+std::string starred(const Path &path) {
+    std::string text;
+    for (const Step &step : path) {
+        const bool isBare = step.node->count != 0 && step.index == Step::none;
+        text += text.empty() ? "" : ".";
+        text += isBare ? std::string(step.node->name) + "[*]" : textOf({step});
     }
-    const std::string_view path(text, strcspn(text, "="));
-    if (path.size() == length) {
-        return *text == '-' ? "not PATH=VALUE: --dry-run comes first, and - stands alone"
-                            : "not PATH=VALUE";
-    }
-    const std::vector<Field> fields = path.empty() ? std::vector<Field>() : fieldsIn(path);
-    if (fields.empty()) {
-        return "no such field";
-    }
-    if (fields[0].path != path) {
-        return "names more than one field";
-    }
-    if (!fields[0].row->bound) {
-        return "may not be written";
-    }
-    assignment.field = fields[0];
-    return parseValue(*fields[0].row, text + path.size() + 1, assignment.bytes);
+    return text;
 }
 
-// Writes the assignments in turn until one fails; `section` is a copy of the section and gets what
-// shared memory should hold afterwards. Returns how many were written.
-size_t writeAssignments(std::span<const Assignment> assignments, uint8_t *section, bool isDryRun) {
-    TextBuffer out;
-    size_t written = 0;
-    for (const Assignment &assignment : assignments) {
-        const Field &field = assignment.field;
-        const size_t size = field.row->size;
-        if (!isDryRun) {
-            const size_t offset = field.offset - upmBlockOffset;
-            if (const int error = writeUpmBlock(offset, assignment.bytes, size)) {
-                fprintf(stderr, "orbelstatctl: %s: cannot be written, error %d of the library\n",
-                        field.path.c_str(), error);
-                break;
-            }
+// Adds what PATH=VALUE assigns, unless it is there. Throws Stop if that is wrong; then the message
+// begins with `shown`.
+void addAssignments(std::vector<Assignment> &all, const std::string &text,
+                    const std::string &shown) {
+    const size_t end = std::min(text.find('='), text.size());
+    refuseIf(end == text.size() || text.ends_with('\r') || text.find('\0') != std::string::npos,
+             shown + ": not PATH=VALUE");
+    const Path path = parsePath(text.substr(0, end), shown);
+    const Node &node = *path.back().node;
+    refuseIf(!node.isField(), shown + ": names a group; write one of its fields");
+    refuseIf(!node.isWritable(), shown + ": may not be written");
+    const std::vector<Field> fields = fieldsOf({path});
+    const std::string clear = starred(path);
+    refuseIf(clear != textOf(path),
+             shown + ": names " + std::to_string(fields.size()) + " fields; write " + clear);
+    const std::string bytes = bytesOf(*node.row, text.substr(end + 1), shown);
+    for (const Field &field : fields) {
+        const auto other = std::ranges::find_if(
+            all, [&](const Assignment &assignment) { return assignment.field.path == field.path; });
+        if (other == all.end()) {
+            all.push_back({field, bytes});
+            continue;
         }
-        out.put(field.path);
-        out.put(": ");
-        putValue(out, field, section);
-        memcpy(section + field.offset, assignment.bytes, size);
-        out.put(" -> ");
-        putValue(out, field, section);
-        out.put('\n');
-        ++written;
+        refuseIf(other->bytes != bytes, shown + ": " + field.path + " is given two values");
     }
-    return written;
 }
 
-// Whether shared memory holds what was written to these fields.
-bool isReadBack(std::span<const Assignment> assignments, const uint8_t *expected) {
-    SectionCopies copies;
-    const uint8_t *section = copies.of(powerReportingSection);
-    bool isSame = section != nullptr;
-    for (const Assignment &assignment : assignments) {
-        const Field &field = assignment.field;
-        if (section != nullptr &&
-            memcmp(section + field.offset, expected + field.offset, field.row->size) != 0) {
-            fprintf(stderr, "orbelstatctl: %s: does not read back as it was written\n",
-                    field.path.c_str());
-            isSame = false;
+// Writes, one field after the other, until the library refuses one.
+void writeAssignments(const std::vector<Assignment *> &changes) {
+    for (Assignment *change : changes) {
+        const Field &field = change->field;
+        change->error = field.node->write(field.offset, change->bytes.data(), change->bytes.size());
+        if (change->error != 0) {
+            return;
         }
+        change->isWritten = true;
     }
-    return isSame;
+}
+
+// Complains of an assignment that the bytes of its section, null if they cannot be read, do not
+// confirm. Returns whether they do.
+bool verify(const Assignment &assignment, const uint8_t *section) {
+    const std::string &path = assignment.field.path;
+    if (section != nullptr && assignment.error == 0 && assignment.isHeld(section)) {
+        return true;
+    }
+    const std::string found =
+        section == nullptr ? "not verified" : "holds " + assignment.valueIn(section);
+    if (assignment.error != 0) {
+        complain(path + ": cannot be written, error " + std::to_string(assignment.error) +
+                 " of the library; " + found);
+    } else {
+        complain(path + (assignment.isWritten ? ": written, but " + found : ": not written"));
+    }
+    return false;
 }
 
 } // namespace
 
-int setFields(Words arguments) {
-    const bool isDryRun = strcmp(arguments[0], "--dry-run") == 0;
-    const Words words = arguments.subspan(isDryRun ? 1 : 0);
-    if (words.empty()) {
-        fprintf(stderr, "orbelstatctl: set: nothing to set; see orbelstatctl --help\n");
-        return refused;
-    }
-    size_t count = words.size();
-    AllocatedText input;
-    if (count == 1 && strcmp(words[0], "-") == 0) {
-        if (const ExitStatus status = readInput(input); status != succeeded) {
-            return status;
+int setFields(const Words &words, bool isDryRun) {
+    const bool areLines = words == Words{"-"};
+    std::vector<Assignment> assignments;
+    size_t number = 0;
+    takeAll(areLines ? readLines() : words, [&](const std::string &text) {
+        const std::string line = areLines ? "line " + std::to_string(++number) + ": " : "";
+        addAssignments(assignments, text, line + text);
+    });
+    Source source;
+    std::vector<Assignment *> changes;
+    for (Assignment &assignment : assignments) {
+        const uint8_t *section = source.bytesOf(assignment.field.node->section);
+        if (section == nullptr) {
+            return failed;
         }
-        count += static_cast<size_t>(std::count(input.get(), strchr(input.get(), '\0'), '\n'));
-    }
-    std::vector<Assignment> assignments(count);
-    bool areTaken = true;
-    char *rest = input.get();
-    for (size_t i = 0; i < count; ++i) {
-        const char *text = input ? strsep(&rest, "\n") : words[i];
-        if (const char *wrong = parseAssignment(text, assignments[i])) {
-            areTaken = false;
-            const auto shown = static_cast<int>(strcspn(text, "\r")); // which would hide the rest
-            input ? fprintf(stderr, "orbelstatctl: line %zu: %.*s: %s\n", i + 1, shown, text, wrong)
-                  : fprintf(stderr, "orbelstatctl: %.*s: %s\n", shown, text, wrong);
+        if (!assignment.isHeld(section)) {
+            changes.push_back(&assignment);
+            const std::string before = assignment.valueIn(section);
+            const auto *after = reinterpret_cast<const uint8_t *>(assignment.bytes.data());
+            print(assignment.field.path + ": " + before + " -> " +
+                  valueOf(*assignment.field.node->row, after) + '\n');
         }
     }
-    if (!areTaken) {
-        return refused;
+    // From here on nothing is allocated until all is written: no write goes unverified.
+    flushStandardOutput();
+    if (isDryRun || ferror(stdout) != 0) {
+        return ferror(stdout) != 0 ? failed : succeeded;
     }
-    SectionCopies copies;
-    uint8_t *section = copies.of(powerReportingSection);
-    if (section == nullptr) {
-        return failed;
+    writeAssignments(changes);
+    source.refresh();
+    bool areHeld = true;
+    for (const Assignment &assignment : assignments) {
+        areHeld = verify(assignment, source.bytesOf(assignment.field.node->section)) && areHeld;
     }
-    const size_t written = writeAssignments(assignments, section, isDryRun);
-    const bool isDone = isDryRun || isReadBack(std::span(assignments).first(written), section);
-    return isDone && written == count ? succeeded : failed;
+    return areHeld ? succeeded : failed;
 }

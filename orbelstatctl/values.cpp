@@ -1,25 +1,20 @@
 #include "orbelstatctl/values.h"
 
+#include "orbelstatctl/messages.h"
 #include "rows/print_rows.h"
 
 #include <cctype>
-#include <cfloat>
+#include <cerrno>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
-static std::string_view typeName(Type type) {
-    switch (type) {
-    case Type::u8:
-        return "u8";
-    case Type::u16:
-    case Type::domain:
-        return "u16";
-    case Type::u32:
-        return "u32";
-    case Type::u64:
-        return "u64";
+std::string typeNameOf(const Node &field) {
+    if (field.isPolicyName()) {
+        return "text";
+    }
+    const std::string size = '[' + std::to_string(field.row->size) + ']';
+    switch (field.row->type) {
     case Type::i16:
         return "i16";
     case Type::i32:
@@ -30,148 +25,98 @@ static std::string_view typeName(Type type) {
         return "double";
     case Type::time:
         return "time32";
-    default:
-        return "char";
-    }
-}
-
-void putType(TextBuffer &out, const Row &row) {
-    out.put(typeName(row.type));
-    if (row.type == Type::text) {
-        out.put('[');
-        out.putUnsigned(row.size);
-        out.put(']');
-    }
-}
-
-// Takes trailing zeros out of a number such as "1.500e+09". Returns its new length.
-static int cutZeros(char *text) {
-    const char *exponent = strchr(text, 'e');
-    char *end = text + (exponent - text);
-    while (end[-1] == '0') {
-        --end;
-    }
-    if (end[-1] == '.') {
-        --end;
-    }
-    memmove(end, exponent, strlen(exponent) + 1);
-    return static_cast<int>(strlen(text));
-}
-
-// Puts a number as the shortest text that reads back to it, plain or with an exponent: `enough`
-// digits do for every number that can be written with so many and is not below `normal`, `maximum`
-// for all.
-template <typename Number>
-static void putShortest(TextBuffer &out, Number value, int enough, int maximum, Number normal,
-                        Number (*read)(const char *, char **)) {
-    const auto number = static_cast<double>(value);
-    char plain[32];
-    char alternative[32];
-    int digits = std::fabs(value) < normal ? 1 : enough;
-    int length = snprintf(plain, sizeof plain, "%.*g", digits, number);
-    while (digits < maximum && read(plain, nullptr) != value) {
-        length = snprintf(plain, sizeof plain, "%.*g", ++digits, number);
-    }
-    const double magnitude = std::fabs(number);
-    int alternativeLength = length;
-    if (strchr(plain, 'e') == nullptr) {
-        if (length > 5) { // no number with an exponent is shorter, and inf and nan are left out
-            snprintf(alternative, sizeof alternative, "%.*e", digits - 1, number);
-            alternativeLength = cutZeros(alternative);
-        }
-    } else if (magnitude > 1 && magnitude < 1e20) { // a whole number, then
-        alternativeLength = snprintf(alternative, sizeof alternative, "%.0f", number);
-    }
-    out.put(alternativeLength < length
-                ? std::string_view(alternative, static_cast<size_t>(alternativeLength))
-                : std::string_view(plain, static_cast<size_t>(length)));
-}
-
-static std::string_view textOf(const Field &field, const uint8_t *section) {
-    const auto *text = reinterpret_cast<const char *>(section + field.offset);
-    return {text, strnlen(text, field.row->size)};
-}
-
-void putValue(TextBuffer &out, const Field &field, const uint8_t *section) {
-    const uint8_t *at = section + field.offset;
-    switch (field.row->type) {
-    case Type::f32:
-        putShortest(out, load<float>(at), FLT_DIG, FLT_DECIMAL_DIG, FLT_MIN, strtof);
-        break;
-    case Type::f64:
-        putShortest(out, load<double>(at), DBL_DIG, DBL_DECIMAL_DIG, DBL_MIN, strtod);
-        break;
     case Type::text:
-        out.put(textOf(field, section));
-        break;
+        return "char" + size;
+    case Type::bytes:
+        return "byte" + size;
     default:
-        putWhole(out, field.row->type, at);
+        return 'u' + std::to_string(8 * field.row->size);
     }
 }
 
-static void putJsonString(TextBuffer &out, std::string_view text) {
-    out.put('"');
-    for (const char character : text) {
-        const auto byte = static_cast<uint8_t>(character);
-        if (character == '"' || character == '\\') {
-            out.put('\\');
-            out.put(character);
-        } else if (byte >= ' ' && byte <= '~') {
-            out.put(character);
-        } else {
-            char escape[8];
-            snprintf(escape, sizeof escape, "\\u%04x", byte);
-            out.put(escape);
+static bool isReal(const Row &row) {
+    return row.type == Type::f32 || row.type == Type::f64;
+}
+
+// The largest whole number that a field may be set to.
+static uint32_t maxOf(const Row &row) {
+    return std::min(*row.bound, maxOf(row.type));
+}
+
+std::string boundsOf(const Row &row) {
+    const std::string max = std::to_string(isReal(row) ? *row.bound : maxOf(row));
+    return (isReal(row) ? '-' + max : "0") + ".." + max;
+}
+
+template <typename Number> static std::string textIn(std::chars_format format, Number number) {
+    char text[32];
+    return {text, std::to_chars(text, std::end(text), number, format).ptr};
+}
+
+std::string textAt(const Row &row, const uint8_t *at) {
+    const auto *text = reinterpret_cast<const char *>(at);
+    return {text, strnlen(text, row.size)};
+}
+
+// Of a float by way of its shortest text.
+static std::string realText(const Row &row, const uint8_t *at) {
+    const double number = row.type == Type::f64
+                              ? load<double>(at)
+                              : std::stod(textIn(std::chars_format::scientific, load<float>(at)));
+    const double magnitude = std::fabs(number);
+    const bool isPlain = number == 0 || (magnitude >= 1e-5 && magnitude < 1e16);
+    return textIn(isPlain ? std::chars_format::fixed : std::chars_format::scientific, number);
+}
+
+std::string valueOf(const Row &row, const uint8_t *at) {
+    std::string digits;
+    uint64_t number = 0;
+    switch (row.type) {
+    case Type::i16:
+        return std::to_string(load<int16_t>(at));
+    case Type::i32:
+        return std::to_string(load<int32_t>(at));
+    case Type::f32:
+    case Type::f64:
+        return realText(row, at);
+    case Type::text:
+        return escaped(textAt(row, at));
+    case Type::bytes:
+        for (uint32_t i = 0; i < row.size; ++i) {
+            digits += "0123456789abcdef"[at[i] / 16];
+            digits += "0123456789abcdef"[at[i] % 16];
         }
-    }
-    out.put('"');
-}
-
-static bool isFinite(const Field &field, const uint8_t *section) {
-    const uint8_t *at = section + field.offset;
-    return (field.row->type != Type::f32 || std::isfinite(load<float>(at))) &&
-           (field.row->type != Type::f64 || std::isfinite(load<double>(at)));
-}
-
-void putJsonValue(TextBuffer &out, const Field &field, const uint8_t *section) {
-    if (field.row->type == Type::text) {
-        putJsonString(out, textOf(field, section));
-    } else if (isFinite(field, section)) {
-        putValue(out, field, section);
-    } else {
-        out.put("null");
+        return digits;
+    default:
+        memcpy(&number, at, row.size);
+        return std::to_string(number);
     }
 }
 
-static constexpr char outOfBounds[] = "not within the bounds that list shows";
-
-static const char *parseDouble(const char *text, double max, double &value) {
+static double parseReal(const std::string &text, const std::string &shown) {
     char *rest = nullptr;
-    value = strtod(text, &rest); // infinite if it overflows
-    if (rest == text || *rest != '\0' || isspace(static_cast<unsigned char>(*text)) != 0) {
-        return "not a number";
-    }
-    return value < -max || value > max ? outOfBounds : nullptr;
+    errno = 0;
+    const double value = strtod(text.c_str(), &rest); // infinite if it is too large
+    const bool isNumber = !text.empty() && isspace(static_cast<unsigned char>(text[0])) == 0;
+    refuseIf(!isNumber || *rest != '\0', shown + ": not a number");
+    refuseIf(value == 0 && errno == ERANGE, shown + ": too small for a double");
+    return value;
 }
 
-static const char *parseWhole(const char *text, uint32_t max, uint64_t &value) {
-    const bool isNegative = *text == '-';
-    const char *digits = text + (isNegative ? 1 : 0);
-    if (*digits == '\0' || digits[strspn(digits, "0123456789")] != '\0') {
-        return "not a whole number";
-    }
-    value = strtoull(digits, nullptr, 10); // the largest there is if it overflows
-    return value > (isNegative ? 0 : max) ? outOfBounds : nullptr;
+static uint64_t parseWhole(const std::string &text, const std::string &shown) {
+    const size_t sign = text.starts_with('-') ? 1 : 0;
+    const bool isNumber = text.find_first_not_of("0123456789", sign) == std::string::npos;
+    refuseIf(!isNumber || text.size() == sign, shown + ": not a whole number");
+    const uint64_t value = strtoull(text.c_str() + sign, nullptr, 10); // the largest if too large
+    return sign == 1 && value != 0 ? UINT64_MAX : value;
 }
 
-const char *parseValue(const Row &row, const char *text, uint8_t (&bytes)[maxValueSize]) {
-    double real = 0;
-    uint64_t whole = 0;
-    static_assert(sizeof real == maxValueSize && sizeof whole == maxValueSize);
-    const bool isReal = row.type == Type::f64;
-    const char *wrong =
-        isReal ? parseDouble(text, *row.bound, real) : parseWhole(text, maxWritable(row), whole);
+std::string bytesOf(const Row &row, const std::string &text, const std::string &shown) {
+    const double real = isReal(row) ? parseReal(text, shown) : 0;
+    const uint64_t whole = isReal(row) ? 0 : parseWhole(text, shown);
+    refuseIf(std::fabs(real) > *row.bound || whole > maxOf(row),
+             shown + ": not within " + boundsOf(row));
     // Of a whole number the low bytes are the field's, and they come first.
-    memcpy(bytes, isReal ? static_cast<void *>(&real) : &whole, sizeof bytes);
-    return wrong;
+    const void *bytes = isReal(row) ? static_cast<const void *>(&real) : &whole;
+    return {static_cast<const char *>(bytes), row.size};
 }

@@ -1,24 +1,27 @@
-// Values of fields as text: what get prints, what set takes and what json prints.
+// Values as text and back: what `get` prints and `set` takes.
 #pragma once
 
-#include "orbelstatctl/fields.h"
-#include "output/text_buffer.h"
+#include "orbelstatctl/tree.h"
 
-// The type in the terms of `list`: u8, i16, double, time32, char[64] ...
-void putType(TextBuffer &out, const Row &row);
+#include <string>
 
-// Puts the value that a field has in its section: integers in decimal, times as seconds since
-// 1970-01-01 UTC, a floating-point number as the shortest text that reads back to the same one, a
-// text up to its first NUL.
-void putValue(TextBuffer &out, const Field &field, const uint8_t *section);
+// The type as `list` has it: u8, i16, double, time32, char[64], byte[256] ...
+std::string typeNameOf(const Node &field);
 
-// The same as a JSON value: a number that is not finite is null, and a text is a string in which
-// every byte stands for the code point of its number.
-void putJsonValue(TextBuffer &out, const Field &field, const uint8_t *section);
+// Between which numbers a field may be written, "0..100000": the wizard's bound, or what the
+// field's bytes hold if that is less. Of a double the bound is symmetric. The field must be one
+// that may be written.
+std::string boundsOf(const Row &row);
 
-// Room for the bytes of any field that may be written.
-inline constexpr size_t maxValueSize = 8;
+// A text up to its first NUL.
+std::string textAt(const Row &row, const uint8_t *at);
 
-// Converts a text to the bytes of a field that may be written: digits, with a sign for a negative
-// number, or for a double what strtod takes. Returns null, or what is wrong with the text.
-const char *parseValue(const Row &row, const char *text, uint8_t (&bytes)[maxValueSize]);
+// The value of a field. Whole numbers in decimal, times as seconds since 1970-01-01 UTC; other
+// numbers in the fewest digits that read back to the same one, without an exponent from 1e-5 to
+// below 1e16; a text up to its first NUL and escaped; bytes as hexadecimal digits.
+std::string valueOf(const Row &row, const uint8_t *at);
+
+// The bytes of a field that may be written, from a text: digits, with a sign for a negative number,
+// or for a double what strtod takes. Throws Stop if the text is no such number or not within the
+// bounds; then the message begins with `shown`.
+std::string bytesOf(const Row &row, const std::string &text, const std::string &shown);

@@ -1,11 +1,11 @@
-// Runs the programs in this process with arguments, typed lines, sections, results and names that
-// all come from one input, over a library that checks every call; the wizard also with dialogues
-// that go deep into it, and operations with numbers that no command line leads to. scripts/fuzz has
-// libFuzzer make the inputs; the test makes random ones, the same each time.
+// Runs the programs in this process with arguments, typed lines, sections, captures, results and
+// names that all come from one input, over a library that checks every call; the wizard also with
+// dialogues that go deep into it, and operations with numbers that no command line leads to.
+// scripts/fuzz has libFuzzer make the inputs; the test makes random ones, the same each time.
 #undef NDEBUG // the checks are assertions
 #include "cli/command_line.h"
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/fields.h"
+#include "orbelstatctl/paths.h"
 #include "sections/psu_info.h"
 #include "upm/policy_report.h"
 #include "upm/policy_writes.h"
@@ -16,6 +16,8 @@
 #include <cassert>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <span>
 #include <string_view>
 #include <sys/mman.h>
@@ -28,11 +30,16 @@ static constexpr const char *probeWords[] = {
     "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t", "-r", "-u", "-p", "-c",
     "-w", "-u", "-p", "3", "-s", "1", "-l", "7", "-i", "-u", "-p", "16", "-h", "-?", "--", "",
     "1e9", "nan", "-1", "100001", "4294967295", "4294967296", " 5", "3x", "y", "n", "0", "2"};
-static constexpr const char *companionWords[] = {
-    "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2]",
+static const std::string captures = "/dev/shm/orbel-fuzz-" + std::to_string(getpid());
+static const std::string oldPath = captures + "/old", newPath = captures + "/new";
+static const char *const oldCapture = oldPath.c_str(), *const newCapture = newPath.c_str();
+static const char *const companionWords[] = {
+    "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2..4]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
-    "list", "upm", "set", "upm.powerLimits.cpuPPL[3]=100000", "upm.powerLimits.sysPL2=7",
-    "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "reporting.vcoreVRData[1]", "config", "json"};
+    "list", "-a", "upm", "set", "upm.powerLimits.cpuPPL[*]=100000", "upm.powerLimits.sysPL2=7",
+    "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "-w", "upm.policies[*]", "config", "json",
+    "--from", oldCapture, "table", "upm.policies[1..3]", "name", "state", "--from", newCapture,
+    "get", "-n", "diff", oldCapture, newCapture, "metrics", "psu", "json", "--from", oldCapture};
 // Ways through the wizard: a digit is typed unchanged, and for each letter what suits its
 // prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
 static constexpr std::string_view ways[] = {
@@ -93,12 +100,12 @@ extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offse
     uint64_t value = 0;
     memcpy(&value, bytes, std::min<size_t>(static_cast<size_t>(length), sizeof value));
     const auto isAllowed = [&](const Field &field) {
-        const Row &row = *field.row;
-        return row.bound && field.offset == static_cast<size_t>(offset) &&
-               row.size == static_cast<size_t>(length) &&
-               (value <= *row.bound || row.type == Type::f64);
+        const Row *row = field.node->row;
+        return field.node->isWritable() && field.offset == static_cast<size_t>(offset) &&
+               row->size == static_cast<size_t>(length) &&
+               (value <= *row->bound || row->type == Type::f64);
     };
-    static const std::vector<Field> fields = fieldsIn("upm");
+    static const std::vector<Field> fields = fieldsOf({parsePath("upm", "")});
     const bool isField = std::ranges::any_of(fields, isAllowed);
     assert(id == powerReportingSection.id);
     assert(isField || (start == policyDataOffset && length == policyDataSize) ||
@@ -123,6 +130,22 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
 static void fillSections() {
     for (size_t i = 0; i < sizeof contents; i += left + 1) {
         memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
+    }
+}
+
+// Makes a capture of the sections, now and then without one, with less of one, or without names.
+static void makeCapture(const std::string &directory) {
+    std::filesystem::create_directories(directory);
+    for (const Section section : allSections) {
+        const size_t choice = below(16);
+        if (choice != 15) {
+            std::ofstream(directory + "/section-" + std::to_string(section.id))
+                .write(reinterpret_cast<const char *>(contents),
+                       choice == 14 ? 100 : static_cast<std::streamsize>(section.size));
+        }
+    }
+    for (size_t names = below(4) == 0 ? below(32) : policyCount; names > 0; --names) {
+        std::ofstream(directory + "/policy-names", std::ios::app) << nextWord() << '\n';
     }
 }
 
@@ -182,7 +205,8 @@ static void runProgram(bool isCompanion, bool isDialogue) {
         words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
         std::generate(arguments + 1, arguments + count, nextWord);
         if (isCompanion && below(8) != 0) {
-            static constexpr const char *commands[] = {"get", "set", "list", "json"};
+            static constexpr const char *commands[] = {"get",   "set",     "list", "json",
+                                                       "table", "metrics", "diff"};
             arguments[1] = commands[below(std::size(commands))];
         }
         for (size_t lines = below(256); lines > 0; --lines) {
@@ -194,10 +218,23 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
-    if (!isCompanion || count < 2 || strcmp(argv[1], "save") != 0) { // which would write files
-        const int status = isCompanion ? runCompanion(count, argv) : runCommandLine(count, argv);
-        assert((isCompanion ? 0 : -1) <= status && status <= (isCompanion ? 2 : 1));
+    if (!isCompanion) {
+        const int status = runCommandLine(count, argv);
+        assert(-1 <= status && status <= 1);
+        return;
     }
+    if (below(4) == 0) {
+        makeCapture(oldCapture);
+        makeCapture(newCapture);
+    }
+    try {
+        const int status = runCompanion(count, argv);
+        assert(0 <= status && status <= 2);
+    } catch (const Stop &stop) {
+        assert(stop.status == failed || stop.status == refused);
+    } catch (const std::filesystem::filesystem_error & /*a name that is too long*/) {
+    }
+    std::filesystem::remove_all(captures);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {

@@ -26,14 +26,15 @@ CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", 
 
 
 class Field:
-    """One line of `orbelstatctl list`. `name` is the path without indices."""
+    """One line of `orbelstatctl list -a`. `name` is the path without indices."""
 
     def __init__(self, path, kind, section, offset, bounds=""):
         self.path, self.section, self.offset = path, int(section), int(offset)
         self.name = re.sub(r"\[\d+\]", "", path)
         self.root = re.match(r"\w+", path)[0]
-        self.is_text, self.is_real = kind.startswith("char"), kind in ("float", "double")
-        self.form = "<" + (kind[5:-1] + "s" if self.is_text else CODES[kind])
+        self.is_text, self.is_bytes = kind.startswith("char"), kind.startswith("byte")
+        self.is_real = kind in ("float", "double")
+        self.form = "<" + (kind[5:-1] + "s" if self.is_text or self.is_bytes else CODES[kind])
         self.size = struct.calcsize(self.form)
         maximum = bounds.partition("..")[2]  # "" if it may not be written
         self.maximum = maximum and (float(maximum) if self.is_real else int(maximum))
@@ -77,15 +78,15 @@ class Build:
 
     @functools.cached_property
     def fields(self):
-        """All fields, by their paths."""
-        lines = subprocess.check_output(self.command("orbelstatctl", "list"), text=True).splitlines()
-        return {line.partition("\t")[0]: Field(*line.split("\t")) for line in lines}
+        """All fields of the sections, by their paths."""
+        lines = subprocess.check_output(self.command("orbelstatctl", "list", "-a"), text=True).splitlines()
+        return {line.partition("\t")[0]: Field(*line.split("\t")) for line in lines if "\t-\t" not in line}
 
     @functools.cached_property
     def commands(self):
-        """The commands of orbelstatctl, as its help has them."""
+        """The commands and options of orbelstatctl, as its help has them."""
         text = subprocess.check_output(self.command("orbelstatctl", "--help"), text=True)
-        return re.findall(r"(?:^.* orbelstatctl|\|) (-*\w+)", text, re.M)
+        return re.findall(r"^  (?:-h,)?([a-z-]+)  ", text, re.M) + re.findall("^  (--from) ", text, re.M)
 
     @functools.cached_property
     def roots(self):
@@ -177,7 +178,7 @@ class Machine:
                                input=typed.encode("latin-1"), capture_output=True)
         return self.outcome(ended.stdout, ended.stderr, ended.returncode)
 
-    def run_on_terminal(self, *arguments, typed="", redirections=""):
+    def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
         """Standard input and output are a terminal without echo, on which `typed` waits to be read,
         followed by the end of input, even in mid-line: no dialogue waits for ever."""
         terminal, slave = pty.openpty()
@@ -187,7 +188,7 @@ class Machine:
                                                    termios.B38400, termios.B38400, characters])
         os.write(terminal, typed.encode("latin-1") + b"\4\4")
         with tempfile.TemporaryFile() as errors:
-            process = subprocess.Popen(self.command("orbelstatprobe", arguments, redirections),
+            process = subprocess.Popen(self.command(program, arguments, redirections),
                                        stdin=slave, stdout=slave, stderr=errors)
             # The program's end of the terminal stays open here, and a mark after its last words
             # tells that all is read: what a terminal holds when its last user goes can get lost.

@@ -10,7 +10,7 @@ RECORD = """#include "rows/row.h"
 struct __attribute__((packed)) Inner { uint16_t number; };
 struct __attribute__((packed)) Outer { Inner inner; };
 struct __attribute__((packed)) Record {
-    uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; bool flag; Inner inner;
+    uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; std::byte raw[8]; bool flag; Inner inner;
     Outer outer;
 };
 struct __attribute__((packed)) Wide { uint32_t first; uint16_t beyond; };
@@ -20,7 +20,7 @@ inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
 """
 RIGHT = """ROW(Record, byte).as(Format::hex).asSwitch(), ROW(Record, words).as(Format::hexList4),
     ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX),
-    ROW(Record, text).verbatim("text "), ROW(Record, inner).nesting(innerRows), line("--")"""
+    ROW(Record, text).verbatim("text "), ROW(Record, raw), ROW(Record, inner).nesting(innerRows), line("--")"""
 FORMAT = "a second format, or one that is not for the member's type"
 BOUND = "a second bound, or a bound of what is no number"
 STRUCT = "rows of another struct, or rows that nest rows themselves"
@@ -48,6 +48,8 @@ def test_a_right_table_compiles():
     ("ROW(Record, small).upTo(32768)", "a bound that the member cannot hold"),
     ("ROW(Record, byte).upTo(1).upTo(2)", BOUND),
     ("ROW(Record, text).upTo(1)", BOUND),
+    ("ROW(Record, raw).upTo(1)", BOUND),
+    ("ROW(Record, raw).as(Format::decimalList)", FORMAT),
     ("ROW(Record, inner).lowBytesUpTo(1)", BOUND),
     ('line("--").upTo(1)', BOUND),
     ("ROW(Record, inner).nesting(innerRows).nesting(innerRows)", TWICE),
@@ -81,6 +83,19 @@ def test_programs_are_hardened(build, program):
     for pattern in ([r"\spaciasp", r"\sbti\s"] if build.emulator else
                     [r"<main>:\n.*endbr64", r"orq +\$0x0,\(%rsp\)"]):
         assert re.search(pattern, code), pattern
+
+
+@pytest.mark.parametrize("setting, status", [("", 0), ("ON", 1)])
+def test_the_probe_is_built_alone_where_the_companion_cannot(tmp_path, setting, status):
+    command = ["cmake", "-S", ROOT, "-B", tmp_path, "-DBUILD_TESTING=OFF", "-DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON",
+               f"-DORBELSTATCTL={setting}"]
+    ended = subprocess.run(command, capture_output=True, text=True)
+    assert ended.returncode == status
+    assert ("orbelstatctl is not built: it needs CLI11 and nlohmann/json (libcli11-dev, nlohmann-json3-dev)"
+            in " ".join(ended.stderr.split()))
+    if status == 0:
+        targets = subprocess.check_output(["cmake", "--build", tmp_path, "--target", "help"], text=True)
+        assert "orbelstatprobe" in targets and "orbelstatctl" not in targets
 
 
 def test_random_inputs_find_no_fault(build):

@@ -11,6 +11,7 @@ from harness import FORMS, ROOT
 pytestmark = pytest.mark.builds("release")
 COMPLETION = shlex.quote(str(ROOT / "completion"))
 POLICIES = " ".join(map(str, range(16)))
+UNITS = " ".join(f"psu[{unit}]" for unit in [*range(12), "*"])
 
 # Of each shell its command, the file that it starts with and the text of that. Tab inserts
 # everything that is offered, Control-T completes, Control-O shows the line between two marks.
@@ -38,18 +39,26 @@ OFFERS = {
         "-u -p 3 > x ": "", "> x -u ": "-h -p -t", "-u 2>x ": "-h -p -t"},
     "tolmfill": {"": "--check --force", "--force ": "", "> ": "file-1"},
     "orbelstatctl": {
-        "": "COMMANDS", "get ": "ROOTS", "get ps": "psu", "get psu": " ".join(f"psu[{i}]" for i in range(12)),
-        r"json psu\[1": "psu[1] psu[10] psu[11]", "list psu[3].psuB": "psu[3].psuBus",
-        "get upm.policies": " ".join(f"upm.policies[{i}]" for i in range(16)), "get config.u": "",
-        "get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "json upm ": "",
-        "get upm config.inst": "config.instHeadroom", "save /et": "/etc", "set --": "--dry-run", "set - ": "",
+        "": "COMMANDS", "--": "--from --help --version", "--from /et": "/etc", "--from /etc ge": "get",
+        "get ": "ROOTS", "get ps": "psu", "get psu": UNITS, r"json psu\[1": "psu[1] psu[10] psu[11]",
+        r"get upm.policies\[3": "upm.policies[3]", "get upm.policies[*].sta": "upm.policies[*].state",
+        "get psu[0..3].psuBus.b": "psu[0..3].psuBus.bus", r"get psu\[0].Pi": "psu[0].Pin",
+        "list psu[3].psuB": "psu[3].psuBus", "get upm.policies": " ".join(f"upm.policies[{i}]" for i in [*range(16), "*"]),
+        "get config.u": "", "get config.peakA": "config.peakAmpsTime config.peakAmpsStartTime",
+        "get upm config.inst": "config.instHeadroom", "get -n config.inst": "config.instHeadroom",
+        "get -": "-n -w --from --help", "list psu -": "-a -w --from --help", "watch --c": "--csv", "watch -n ": "",
+        "watch -i 1 --csv config.inst": "config.instHeadroom", "metrics config.inst": "config.instHeadroom",
+        "table ps": "psu", "table upm.po": "upm.policies", "table upm.policies sta": "state",
+        "table psu Pin psuBus.b": "psuBus.bus", "table upm.policies[1..2] Pin": "",
+        "save /et": "/etc", "diff /et": "/etc", "diff /etc /us": "/usr", "set --": "--dry-run --help", "set - ": "",
         "set upm.p": "upm.powerLimits upm.policies", "set --dry-run c": "", "set upm.timestamp=": "",
         "set upm.powerLimits.sysPL1=1 u": "upm", "set - < fi": "file-1", "get upm > fi": "file-1",
-        "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2="},
+        "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
+        "set upm.policies[*].sta": "upm.policies[*].state="},
 }
 LINES = [(f"{program} {words}", offer) for program, of in OFFERS.items() for words, offer in of.items()]
 COMPLETED = {  # which leaves the line ready to be gone on with
-    "get up": "get upm", "get upm.timest": "get upm.timestamp ", "get 'psu": "get 'psu[",
+    "get up": "get upm", "get upm.timest": "get upm.timestamp ", "get 'psu": "get 'psu[", r"get psu\[3\].psuSl": r"get psu\[3\].psuSlot ",
     "set upm.powerLimits.sysPL1": "set upm.powerLimits.sysPL1="}
 
 
@@ -80,7 +89,7 @@ def typed(build, request, tmp_path_factory):
 @pytest.mark.parametrize("line, offer", LINES, ids=[line for line, _ in LINES])
 def test_offers(build, typed, line, offer):
     for name, words in ("OPTIONS", {form[:2] for form in [*FORMS, "-h", "-i", "-l"]}), \
-                       ("ROOTS", build.roots), ("COMMANDS", build.commands):
+                       ("ROOTS", build.roots), ("COMMANDS", [name for name in build.commands if "-" not in name]):
         offer = offer.replace(name, " ".join(words))
     expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
     # zsh quotes brackets, and has a directory end in a slash.

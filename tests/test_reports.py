@@ -70,7 +70,7 @@ def patterned(machine):
     machine.fill_with_pattern()
     machine.environment |= {"TZ": "IST-5:30", "POLICY_NAME": "%s%n"}  # a name is text, not a format
     machine.set("psu[0].psuType", 2)  # the first unit shows u16VinMax
-    machine.set("psu[0].psuFwVersion[0]", b"1\0\7\t")
+    machine.set("psu[0].psuFwVersion", b"1\0\7\t")
     for path, length in (("reporting.activePolicyName", 10), ("reporting.vcoreVRData[0].DisplayName", 5),
                          ("psu[0].psuBus.deviceName", 5)):  # texts that end before their fields do
         text = machine.build.fields[path]

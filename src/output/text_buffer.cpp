@@ -82,10 +82,8 @@ void TextBuffer::putFixed(float value, int places) {
         put('-');
     }
     putUnsigned(units / power);
-    if (places > 0) {
-        put('.');
-        putPadded(units % power, places, '0');
-    }
+    put('.');
+    putPadded(units % power, places, '0');
 }
 
 void TextBuffer::putGeneral(double value) {

@@ -47,7 +47,7 @@ class TextBuffer {
     void putHexByte(uint8_t value);
     // "0x" and as many digits as the value has, but at least so many.
     void putHex(uint16_t value, int minDigits);
-    // As printf's %.*f prints it, for 0 to 6 places.
+    // As printf's %.*f prints it, for 1 to 6 places.
     void putFixed(float value, int places);
     // As printf's %g prints it.
     void putGeneral(double value);

@@ -52,17 +52,13 @@ void putWhole(TextBuffer &out, Type type, const uint8_t *at) {
         out.putUnsigned(load<uint16_t>(at));
         break;
     case Type::u32:
-    case Type::time:
         out.putUnsigned(load<uint32_t>(at));
         break;
     case Type::u64:
         out.putUnsigned(load<uint64_t>(at));
         break;
-    case Type::i16:
-        out.putSigned(load<int16_t>(at));
-        break;
     default:
-        out.putSigned(load<int32_t>(at));
+        out.putSigned(type == Type::i16 ? load<int16_t>(at) : load<int32_t>(at));
     }
 }
 
@@ -103,7 +99,6 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
         out.put(textAt(at, strnlen(reinterpret_cast<const char *>(at), row.size)));
         break;
     case Type::none:
-    case Type::record:
         break;
     default:
         putWhole(out, row.type, at);
@@ -119,17 +114,19 @@ static void putList(TextBuffer &out, const Row &row, const uint8_t *at) {
         out.put("In DEC: ");
     }
     const bool isDecimal = row.format == Format::inDecList || row.format == Format::decimalList;
-    for (uint32_t i = 0; i < row.count; ++i, at += row.size) {
+    const uint32_t values = isRun(row.type) ? row.size : row.count;
+    const uint32_t valueSize = isRun(row.type) ? 1 : row.size;
+    for (uint32_t i = 0; i < values; ++i, at += valueSize) {
         if (i > 0 && i % valuesPerLine == 0) {
             out.put('\n');
             out.put(valueIndent);
         }
         if (isDecimal) {
             putWhole(out, row.type, at);
-        } else if (row.type == Type::u8) {
-            out.putHexByte(load<uint8_t>(at));
-        } else {
+        } else if (row.type == Type::u16) {
             out.putHex(load<uint16_t>(at), row.format == Format::hexList4 ? 4 : 2);
+        } else {
+            out.putHexByte(load<uint8_t>(at));
         }
         out.put(' ');
     }
@@ -164,7 +161,7 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
         putList(out, row, at);
         out.put(valueIndent);
         out.put("ASCII String - ");
-        out.put(textAt(at, row.count));
+        out.put(textAt(at, row.size));
         break;
     case Format::hexList:
     case Format::hexList4:

@@ -21,7 +21,7 @@ template <typename T> T load(const uint8_t *at) {
     return value;
 }
 
-// Puts a whole number in decimal: an integer, the number of a domain or the seconds of a time.
+// Puts a whole number in decimal: an integer, or the number of a domain.
 void putWhole(TextBuffer &out, Type type, const uint8_t *at);
 
 // The struct whose rows are put: the one with this index in an array, or one of its own (noIndex).

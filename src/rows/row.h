@@ -25,9 +25,10 @@ enum class Time32 : uint32_t {};
 enum class PowerDomain : uint16_t {};
 
 // What a member is, or each element of it if it is an array; none of a line that shows no member.
+// A text and bytes without a meaning are no arrays: each is one whole.
 // clang-format off
 enum class Type : uint8_t {
-    none, u8, u16, u32, u64, i16, i32, f32, f64, time, domain, text, record
+    none, u8, u16, u32, u64, i16, i32, f32, f64, time, domain, text, bytes, record
 };
 // clang-format on
 
@@ -43,6 +44,7 @@ template <> inline constexpr Type typeOf<double> = Type::f64;
 template <> inline constexpr Type typeOf<Time32> = Type::time;
 template <> inline constexpr Type typeOf<PowerDomain> = Type::domain;
 template <size_t size> inline constexpr Type typeOf<char[size]> = Type::text;
+template <size_t size> inline constexpr Type typeOf<std::byte[size]> = Type::bytes;
 template <typename T>
 requires std::is_class_v<T>
 inline constexpr Type typeOf<T> = Type::record;
@@ -76,15 +78,22 @@ enum class Format : uint8_t {
     hex,             // a uint8_t as two digits
     threePlaces,     // a uint8_t padded to three places
     timeOnly,        // without the empty line
-    // An array as a heading, with "[]" after the label, and lines of at most sixteen values:
+    // An array, a text or bytes as a heading, with "[]" after the label, and lines of at most
+    // sixteen
+    // values:
     hexList,        // numbers of at least two digits
     hexList4,       // numbers of at least four digits
-    hexListAndText, // and one more line with the bytes as a text
+    hexListAndText, // a text's bytes, and one more line with all of the text
     decimalList,
     inDecList, // decimal, with "In DEC: " before the first
 };
 constexpr bool isList(Format format) {
     return format >= Format::hexList;
+}
+
+// Whether a type is a run of bytes, of which lists show each.
+constexpr bool isRun(Type type) {
+    return type == Type::text || type == Type::bytes;
 }
 
 constexpr bool canShow(Format format, Type type, bool isArray) {
@@ -103,11 +112,12 @@ constexpr bool canShow(Format format, Type type, bool isArray) {
     case Format::timeOnly:
         return type == Type::time;
     case Format::hexList:
-        return isArray && (type == Type::u8 || type == Type::u16);
+        return isRun(type) || (isArray && (type == Type::u8 || type == Type::u16));
     case Format::hexList4:
     case Format::decimalList:
         return isArray && type == Type::u16;
     case Format::hexListAndText:
+        return type == Type::text;
     case Format::inDecList:
         return isArray && type == Type::u8;
     }
@@ -162,7 +172,7 @@ struct [[nodiscard]] Row {
     }
     // Writable from 0 to a bound that the member need not hold: its low bytes are written.
     consteval Row lowBytesUpTo(uint32_t max) const {
-        if (bound || type == Type::none || type == Type::text || type == Type::record) {
+        if (bound || type == Type::none || type == Type::record || isRun(type)) {
             refuseRow("a second bound, or a bound of what is no number");
         }
         Row changed = *this;
@@ -219,6 +229,7 @@ template <typename Member> consteval Row makeRow(std::string_view path, size_t o
     return {.label = path,
             .path = path,
             .type = typeOf<Element>,
+            .format = typeOf<Element> == Type::bytes ? Format::hexList : Format::plain,
             .count = isArray ? std::extent_v<Member> : 0,
             .size = sizeof(Element),
             .offset = static_cast<uint32_t>(offset)};

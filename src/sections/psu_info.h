@@ -18,9 +18,9 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t reserved2[2];
     uint32_t psuCapabilities;
     uint8_t psuSlot;
-    uint8_t psuPartNum[9];
-    uint8_t psuFRUInfo[256];
-    uint8_t psuComponentId[4];
+    char psuPartNum[9];
+    std::byte psuFRUInfo[256];
+    char psuComponentId[4];
     uint8_t reserved3[6];
     uint16_t inputRatingAmps;
     uint8_t reserved4[2];
@@ -32,7 +32,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint16_t psuACRatedAmps;
     uint16_t psuACRatedVolts;
     uint8_t psuAddressesValid;
-    uint8_t psuFwVersion[15];
+    char psuFwVersion[15];
     uint8_t psuInstalled;
     uint8_t psuPMBus;
     uint8_t psuFwUpdate;
@@ -57,7 +57,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t u8PMBusRevision;
     uint8_t u8VRSubsystem;
     uint8_t u8PSUFRURead;
-    uint8_t u8SerialNumber[16];
+    char u8SerialNumber[16];
     uint8_t u8PSUEfficiency[22];
     uint8_t reserved7[3];
     float Pin;
@@ -118,7 +118,7 @@ inline constexpr Row psuRowsBeforeBus[] = {
     ROW(sTolmAbsPSUInfo, psuCapabilities).as(Format::signedDecimal),
     ROW(sTolmAbsPSUInfo, psuSlot),
     ROW(sTolmAbsPSUInfo, psuPartNum).as(Format::hexListAndText),
-    ROW(sTolmAbsPSUInfo, psuFRUInfo).as(Format::hexList),
+    ROW(sTolmAbsPSUInfo, psuFRUInfo),
     ROW(sTolmAbsPSUInfo, psuComponentId).as(Format::hexList),
     ROW(sTolmAbsPSUInfo, psuNonCommMode),
     ROW(sTolmAbsPSUInfo, psuISPMode),
@@ -168,6 +168,7 @@ inline constexpr Row psuRowsAfterBus[] = {
     ROW(sTolmAbsPSUInfo, IinOCWLimitMin).verbatim("   sPSUPwrSection.IinOCWLimitMin ---------- "),
     ROW(sTolmAbsPSUInfo, inputOCWHalf).verbatim("   sPSUPwrSection.inputOCWHalf ------------ "),
     ROW(sTolmAbsPSUInfo, psuShareMargin).verbatim("   sPSUPwrSection.psuShareMargin ---------- "),
+    ROW(sTolmAbsPSUInfo, inputOCW).onlyIn(inNoView), // each element has a line unlike other arrays
     ROW(sTolmAbsPSUInfo, inputOCW[0]).verbatim("   sPSUPwrSection.inputOCW[0] ------ -- "),
     ROW(sTolmAbsPSUInfo, inputOCW[1]).verbatim("   sPSUPwrSection.inputOCW[1] ------ -- "),
     ROW(sTolmAbsPSUInfo, u8SerialNumber).as(Format::hexList),

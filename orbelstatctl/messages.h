@@ -1,0 +1,43 @@
+// What the companion says: results on standard output, messages on standard error.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum ExitStatus {
+    succeeded = 0,
+    failed = 1,  // something could not be read, written, printed or saved
+    refused = 2, // the command line or a value
+};
+
+// What ends a command. An empty message: all has been said.
+struct Stop {
+    ExitStatus status;
+    std::string message;
+};
+
+// Throws Stop for a command line or a value that is wrong.
+void refuseIf(bool isWrong, const std::string &message);
+
+// Takes each word; complains of all for which that throws Stop, and then throws Stop itself.
+void takeAll(const std::vector<std::string> &words,
+             const std::function<void(const std::string &word)> &take);
+
+// The text in printable ASCII, so that none can forge a line or drive a terminal: "\n", "\t", "\\",
+// and "\xhh" for every other byte that is a control character or above 0x7E.
+std::string escaped(std::string_view text);
+// What was escaped.
+std::string unescaped(const std::string &line);
+
+// Prints a message, escaped, as one line on standard error.
+void complain(const std::string &message);
+
+// Hands text to standard output.
+void print(std::string_view text);
+
+// "; did you mean NAME?" with the name that a misspelt word most likely means, and what stands
+// before it; "" if none of the names is like it.
+std::string didYouMean(std::string_view word, const std::vector<std::string> &names,
+                       const std::string &before = "");

@@ -1,0 +1,54 @@
+// Paths as people write them, upm.policies[0..3].state, and the fields that they name.
+#pragma once
+
+#include "orbelstatctl/tree.h"
+
+#include <string>
+
+// One step of a path: a node, and of an array which elements.
+struct Step {
+    enum Index {
+        none,  // no brackets: all elements, or what is no array
+        one,   // [3]
+        range, // [0..3] or [*]
+    };
+    const Node *node;
+    Index index;
+    uint32_t first;
+    uint32_t last;
+};
+inline Step allOf(const Node &node) {
+    return {&node, Step::none, 0, node.lastIndex()};
+}
+
+// From a root downwards. An empty path names everything.
+using Path = std::vector<Step>;
+
+// Understands a path below a node. Throws Stop if it names nothing; then the message begins with
+// `shown`, what was typed.
+Path parsePath(const std::string &text, const std::string &shown, const Node &start = tree());
+
+// The path with the elements of each array: [3] or [0..3].
+std::string textOf(const Path &path);
+
+// The paths of all members that are fields or arrays of fields and lie below the path, in the order
+// of the records.
+std::vector<Path> membersBelow(const Path &path);
+
+// One field: no array, or one element of an array of fields.
+struct Field {
+    std::string path;
+    const Node *node;
+    std::vector<uint32_t> indices; // of each array on the way
+    size_t offset;                 // in its section
+};
+
+// The fields that the paths name, each once, in the order of the records.
+std::vector<Field> fieldsOf(const std::vector<Path> &paths);
+
+// The paths that were typed; the one of everything if there are none. Each must lead to a member
+// that is wanted. Complains of every one that is wrong, with `lack` if it leads to none, and throws
+// Stop.
+std::vector<Path> parsePaths(const std::vector<std::string> &words, bool (Node::*isWanted)() const,
+                             const char *lack);
+inline constexpr char mayNotBeWritten[] = "names nothing that may be written";
