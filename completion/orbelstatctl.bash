@@ -67,10 +67,7 @@ _orbelstatctl() {
         '') options='--from --help --version' ;;
         list) options='-a -w --from --help' ;;
         get) options='-n -w --from --help' ;;
-        set)
-            options='--dry-run --help'
-            ((${#operands[@]})) || options="- $options"
-            ;;
+        set) options='- --dry-run --help' ;;
         watch) options='-i -n --csv --help' ;;
         json | table | metrics) options='--from --help' ;;
         *) options='--help' ;;
