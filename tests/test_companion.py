@@ -349,7 +349,8 @@ def test_watch_ends_where_nobody_reads(machine):
     reader, writer = os.pipe()
     os.close(reader)
     command = machine.command("orbelstatctl", ["watch", "--csv", "psu"], "")
-    assert subprocess.run(command, stdout=writer, stderr=subprocess.PIPE).stderr == b""
+    ended = subprocess.run(command, stdout=writer, stderr=subprocess.PIPE)
+    assert (ended.returncode, ended.stderr) == (0, b"")
     os.close(writer)
 
 
