@@ -1,6 +1,7 @@
 #include "orbelstatctl/commands.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -96,6 +97,8 @@ int runCompanion(int argc, const char *const *argv) {
         ->check(CLI::Range(0.001, 1e6));
     watch->add_option("-n", count, "How many looks; no end if left out")
         ->type_name("COUNT")
+        ->check(
+            [](const std::string &word) { return word[0] == '0' ? "not from 1 up: " + word : ""; })
         ->check(CLI::Range(1, 1000000000));
     watch->add_flag("--csv", isCsv, "A row of comma-separated values for each look");
     addWords(watch, "PATH", words, "Fields, groups or arrays")->required();
@@ -119,6 +122,7 @@ int runCompanion(int argc, const char *const *argv) {
     }
     const CLI::App *command = app.get_subcommands()[0];
     const bool isLive = command == set || command == diff || command == watch || command == save;
+    refuseIf(std::isnan(seconds), "-i: nan is no number of seconds");
     refuseIf(isLive && app.count("--from") != 0, "--from: not for " + command->get_name());
     if (app.count("--from") != 0 && !std::filesystem::is_directory(from)) {
         throw Stop{failed, "--from: no directory: " + from};

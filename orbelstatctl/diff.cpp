@@ -1,6 +1,10 @@
 #include "orbelstatctl/commands.h"
+#include "output/standard_streams.h"
 
-int compareCaptures(const std::string &before, const std::string &after) {
+#include <cstdio>
+#include <new>
+
+int compareCaptures(const std::string &before, const std::string &after) try {
     Source old(before);
     Source now(after);
     bool isDifferent = false;
@@ -15,5 +19,8 @@ int compareCaptures(const std::string &before, const std::string &after) {
             isDifferent = true;
         }
     }
-    return old.hasFailed() || now.hasFailed() ? 2 : isDifferent ? 1 : 0;
+    flushStandardOutput();
+    return old.hasFailed() || now.hasFailed() || ferror(stdout) != 0 ? 2 : isDifferent ? 1 : 0;
+} catch (const std::bad_alloc &) {
+    throw Stop{refused, "no memory"};
 }

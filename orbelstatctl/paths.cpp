@@ -16,8 +16,6 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
         const auto begin = static_cast<size_t>(rest - text.begin());
         const std::string before = text.substr(0, begin);
         const std::string name = text.substr(begin, text.find_first_of(".[", begin) - begin);
-        const auto flags = std::regex_constants::match_continuous;
-        const bool isStep = std::regex_search(rest, text.end(), match, form, flags);
         const auto node = std::ranges::find(outer->members, name, &Node::name);
         if (node == outer->members.end()) {
             std::vector<std::string> names;
@@ -26,6 +24,9 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
             }
             throw Stop{refused, shown + ": no such field" + didYouMean(name, names, before)};
         }
+        // Only now, since it takes stack for each character of the name.
+        const auto flags = std::regex_constants::match_continuous;
+        const bool isStep = std::regex_search(rest, text.end(), match, form, flags);
         refuseIf(!isStep, shown + ": no such field");
         const bool isIndexed = match[2].matched;
         const bool isOne = match[4].matched && !match[5].matched;

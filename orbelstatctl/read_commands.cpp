@@ -5,42 +5,44 @@
 #include <algorithm>
 #include <cstring>
 
-// The members that the paths name, in the order of the records, with the elements that are named.
-static std::vector<Path> membersOf(const std::vector<Path> &paths) {
-    const auto isWithin = [](const Path &small, const Path &large) {
-        return std::ranges::equal(small, large, [](const Step &step, const Step &other) {
-            return step.node == other.node && other.first <= step.first && step.last <= other.last;
-        });
-    };
+// Whether what one path of a member names is among what another does.
+static bool isWithin(const Path &small, const Path &large) {
+    return std::ranges::equal(small, large, [](const Step &step, const Step &other) {
+        return step.node == other.node && other.first <= step.first && step.last <= other.last;
+    });
+}
+
+// A line for each member that the paths name, with the elements that are named: as the path of the
+// first and the offset of it. Where several paths name parts of one member, a line for each
+// element.
+static std::vector<Field> membersOf(const std::vector<Path> &paths) {
     std::vector<Path> named;
     for (const Path &path : paths) {
         std::ranges::move(membersBelow(path), std::back_inserter(named));
     }
-    std::vector<Path> members;
+    std::vector<Field> lines;
     for (const Path &member : membersBelow({})) {
-        std::ranges::copy_if(named, std::back_inserter(members), [&](const Path &part) {
-            const auto hidesPart = [&](const Path &other) {
-                return isWithin(part, other) && (!isWithin(other, part) || &other < &part);
-            };
-            return isWithin(part, member) && std::ranges::none_of(named, hidesPart);
+        std::vector<Path> parts;
+        std::ranges::copy_if(named, std::back_inserter(parts), [&](const Path &part) {
+            return isWithin(part, member) && std::ranges::none_of(named, [&](const Path &other) {
+                       return isWithin(part, other) && (!isWithin(other, part) || &other < &part);
+                   });
         });
+        std::vector<Field> elements = parts.empty() ? std::vector<Field>() : fieldsOf(parts);
+        if (parts.size() == 1) {
+            elements.resize(1);
+            elements[0].path = textOf(parts[0]);
+        }
+        std::ranges::move(elements, std::back_inserter(lines));
     }
-    return members;
+    return lines;
 }
 
 int listFields(const Words &words, bool perElement, bool onlyWritable) {
     const std::vector<Path> paths =
         parsePaths(words, onlyWritable ? &Node::isWritable : &Node::isField, mayNotBeWritten);
-    std::vector<Field> lines;
-    if (perElement) {
-        lines = fieldsOf(paths);
-    } else {
-        for (const Path &member : membersOf(paths)) {
-            lines.push_back(fieldsOf({member})[0]);
-            lines.back().path = textOf(member);
-        }
-    }
-    for (const auto &[path, node, indices, offset] : lines) {
+    for (const auto &[path, node, indices, offset] :
+         perElement ? fieldsOf(paths) : membersOf(paths)) {
         if (!onlyWritable || node->isWritable()) {
             const std::string section = std::to_string(node->section.id);
             print(path + '\t' + typeNameOf(*node) + '\t' +

@@ -73,6 +73,7 @@ static void fill(const std::string &path, const std::string &name, Source &sourc
 
 int saveCapture(const std::string &directory) {
     const std::string name = directory.substr(0, directory.find_last_not_of('/') + 1);
+    refuseIf(name.empty(), directory + ": no name for a new directory");
     if (std::filesystem::exists(name) &&
         !(std::filesystem::is_directory(name) && std::filesystem::is_empty(name))) {
         throw Stop{failed, directory + ": exists and is no empty directory"};

@@ -14,6 +14,7 @@ struct Assignment {
     Field field;
     std::string bytes;
     bool isWritten = false;
+    bool isLeftAlone = false;
     int error = 0; // of the library, which has refused to write it
 
     // Of the bytes of the field's section.
@@ -104,7 +105,10 @@ bool verify(const Assignment &assignment, const uint8_t *section) {
         complain(path + ": cannot be written, error " + std::to_string(assignment.error) +
                  " of the library; " + found);
     } else {
-        complain(path + (assignment.isWritten ? ": written, but " + found : ": not written"));
+        const bool isUnknown = assignment.isLeftAlone && section == nullptr;
+        complain(path + (assignment.isWritten ? ": written, but " + found
+                         : isUnknown          ? ": not verified"
+                                              : ": not written"));
     }
     return false;
 }
@@ -126,7 +130,8 @@ int setFields(const Words &words, bool isDryRun) {
         if (section == nullptr) {
             return failed;
         }
-        if (!assignment.isHeld(section)) {
+        assignment.isLeftAlone = assignment.isHeld(section);
+        if (!assignment.isLeftAlone) {
             changes.push_back(&assignment);
             const std::string before = assignment.valueIn(section);
             const auto *after = reinterpret_cast<const uint8_t *>(assignment.bytes.data());

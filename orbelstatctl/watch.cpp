@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <ctime>
@@ -75,6 +76,29 @@ static bool waitUntil(Clock::time_point moment, int endSignals) {
     return poll(ends, std::size(ends), static_cast<int>(std::max<int64_t>(left, 0))) == 0;
 }
 
+// Writes a text, in pieces that a pipe takes at once when it takes any. Returns false if before
+// that a signal has asked for the end or nobody reads any more. Throws Stop if it cannot be
+// written.
+static bool writeUnlessEnded(std::string_view text, int endSignals) {
+    while (!text.empty()) {
+        pollfd ends[] = {{endSignals, POLLIN, 0}, {STDOUT_FILENO, POLLOUT, 0}};
+        poll(ends, std::size(ends), -1);
+        if (ends[0].revents != 0) {
+            return false;
+        }
+        const ssize_t written =
+            write(STDOUT_FILENO, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
+        if (written < 0 && errno == EPIPE) {
+            return false;
+        }
+        if (written < 0) {
+            throw Stop{failed, std::string("standard output: ") + strerror(errno)};
+        }
+        text.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
 int watchFields(const Words &words, double seconds, uint64_t count, bool isCsv) {
     const std::vector<Field> fields = fieldsOf(parsePaths(words, &Node::isField, ""));
     const std::chrono::duration<double> interval(seconds);
@@ -91,10 +115,7 @@ int watchFields(const Words &words, double seconds, uint64_t count, bool isCsv) 
         std::ranges::transform(fields, values.begin(),
                                [&](const Field &field) { return source.valueOf(field); });
         text += isCsv ? csvOf(values) : changesOf(fields, values, last);
-        if (dprintf(STDOUT_FILENO, "%s", text.c_str()) < 0) {
-            if (errno != EPIPE) {
-                throw Stop{failed, std::string("standard output: ") + strerror(errno)};
-            }
+        if (!writeUnlessEnded(text, endSignals)) {
             break;
         }
         text.clear();

@@ -12,6 +12,7 @@ import signal
 import struct
 import subprocess
 import threading
+import time
 
 import pytest
 from harness import (GOLDEN, compare_with_entry, compare_with_golden, entries_of, fail_if_different, golden, lines_of,
@@ -160,6 +161,11 @@ def test_numbers_have_the_fewest_digits_that_read_back(machine, ctl, number, tex
     assert struct.pack("<f", float(found)) == struct.pack("<f", single)
     assert float(ctl("json", "psu[0].Pin").out) == float(found)
     assert len(found) <= len(text) + 1
+
+
+def test_a_word_may_be_long(ctl):
+    for words, typed in (["get", "x" * 100000], ""), (["set", "-"], "psu[" + "0" * 200000 + "]=1\n"):
+        assert ctl(*words, typed=typed, status=2).err.endswith(": no such field\n")
 
 
 def test_a_table_is_aligned_on_a_terminal(machine):
@@ -345,6 +351,16 @@ def test_watch_prints_changes_until_it_is_ended(machine, end):
         assert (process.wait(), process.stderr.read()) == (0, "")
 
 
+def test_watch_ends_although_its_reader_does_not_read(machine):
+    command = machine.command("orbelstatctl", ["watch", "-i", "0.001", "--csv", "upm"], "")
+    with subprocess.Popen(command, stdout=subprocess.PIPE) as process:
+        while not select.select([process.stdout], [], [], 0.3)[0]:
+            pass
+        time.sleep(0.5)  # until the pipe is full
+        process.send_signal(signal.SIGTERM)
+        assert process.wait(timeout=60) == 0
+
+
 def test_watch_ends_where_nobody_reads(machine):
     reader, writer = os.pipe()
     os.close(reader)
@@ -380,8 +396,10 @@ def test_watch_goes_on_after_a_failed_read(ctl):
 @pytest.mark.parametrize("words, stream, reason", [
     ("json", "/dev/full", "No space left"), ("get psu", "/dev/full", "No space left"),
     ("get upm", "/dev/full", "No space left"), ("list", "&-", "Bad file")])
-def test_lost_output_is_told(ctl, words, stream, reason):
+def test_lost_output_is_told(machine, ctl, capture, words, stream, reason):
+    machine.set(STATE, 0)
     assert reason in ctl(*words.split(), redirections=f"exec >{stream};", status=1).err
+    assert reason in ctl("diff", str(capture), redirections=f"exec >{stream};", status=2).err
     if stream == "&-":
         assert "cannot take its place" in ctl(*words.split(), redirections=f"exec >{stream};", NO_NULL="1", status=1).err
 
