@@ -111,11 +111,8 @@ int runCompanion(int argc, const char *const *argv) {
 
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForVersion &version) {
-        print(version.what() + std::string("\n"));
-        return succeeded;
-    } catch (const CLI::CallForHelp & /*asked*/) {
-        print(app.help());
+    } catch (const CLI::Success &asked) {
+        print(asked.get_name() == "CallForVersion" ? asked.what() + std::string("\n") : app.help());
         return succeeded;
     } catch (const CLI::ParseError &error) {
         throw Stop{refused, complaintOf(app, error) + "; see orbelstatctl --help"};

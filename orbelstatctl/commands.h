@@ -1,6 +1,5 @@
-// The commands of orbelstatctl. Each prints its results on standard output and its complaints on
-// standard error, and returns the exit status. A command line that is wrong ends in Stop, before
-// anything is read or written. An empty list of paths names everything.
+// The commands of orbelstatctl. Each returns the exit status. A command line that is wrong ends in
+// Stop, before anything is read or written. An empty list of paths names everything.
 #pragma once
 
 #include "orbelstatctl/messages.h"
@@ -11,9 +10,8 @@ using Words = std::vector<std::string>;
 // Runs the program. Output that cannot be written is the caller's business.
 int runCompanion(int argc, const char *const *argv);
 
-// Prints a line for each member that the paths name, or with `perElement` for each of its elements:
-// path, type, section, offset and, if it may be written, its bounds, separated by tabs. Reads
-// nothing.
+// Prints a line for each member, or for each of its elements: path, type, section, offset and, if
+// it may be written, its bounds, separated by tabs. Reads nothing.
 int listFields(const Words &words, bool perElement, bool onlyWritable);
 
 // Prints "PATH=VALUE" for each field, or the values alone. With `onlyWritable` leaves out what
@@ -23,8 +21,8 @@ int getFields(Source &source, const Words &words, bool onlyValues, bool onlyWrit
 // Prints one JSON document of what the path names; nothing if a part of it cannot be read.
 int printJson(Source &source, const std::string &path);
 
-// Prints a table with a row for each element of an array of records and a column for each field of
-// an element; nothing if the section cannot be read. No fields: all that are members themselves.
+// Prints a table, a row for each element of an array of records; nothing if it cannot be read. The
+// columns are the fields that are named, or all members that are no arrays or groups.
 int printTable(Source &source, const std::string &path, const Words &names);
 
 // Prints the numbers in the text format of Prometheus, with the paths as names.
@@ -34,16 +32,13 @@ int printMetrics(Source &source, const Words &words);
 // Returns, as diff does, 0 if none differs, 1 if some do and 2 if something could not be compared.
 int compareCaptures(const std::string &before, const std::string &after);
 
-// Watches fields of the live memory: at once and then every `seconds`, `count` times in all or, if
-// that is 0, until a signal or a closed pipe ends it. Prints "TIME PATH: OLD -> NEW" for each
-// change, or with `isCsv` a row each time. Returns 1 if a read has failed.
+// Looks at once and then every `seconds`, `count` times or, if that is 0, until a signal or a
+// closed pipe ends it. Prints "TIME PATH: OLD -> NEW" for each change, or a row for each look.
 int watchFields(const Words &words, double seconds, uint64_t count, bool isCsv);
 
-// Checks all assignments PATH=VALUE, of the arguments or, if "-" is the only one, of the lines of
-// standard input. Then prints "PATH: OLD -> NEW" for each field that holds another value, writes
-// each with one write, reads again and compares. With `isDryRun` writes nothing.
+// Checks all assignments PATH=VALUE, which "-" takes from standard input. Then prints "PATH: OLD ->
+// NEW" for each field that holds another value, writes it with one write, reads again and compares.
 int setFields(const Words &words, bool isDryRun);
 
-// Saves a capture of the live memory: a new directory with a file for each section, the policies'
-// names and what is to be known about them. It is there whole or not at all.
+// Saves a capture of the live memory: a new directory, there whole or not at all.
 int saveCapture(const std::string &directory);

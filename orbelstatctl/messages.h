@@ -37,7 +37,7 @@ void complain(const std::string &message);
 // Hands text to standard output.
 void print(std::string_view text);
 
-// "; did you mean NAME?" with the name that a misspelt word most likely means, and what stands
-// before it; "" if none of the names is like it.
+// "; did you mean NAME?" with the name that is most like a misspelt word, after what stands before
+// it; "" if none is like it.
 std::string didYouMean(std::string_view word, const std::vector<std::string> &names,
                        const std::string &before = "");

@@ -4,10 +4,8 @@
 
 #include <new>
 
-static constexpr char program[] = "orbelstatctl";
-
 int main(int argc, char **argv) {
-    if (!openStandardStreams(program)) {
+    if (!openStandardStreams("orbelstatctl")) {
         return failed;
     }
     int status = failed;
@@ -23,5 +21,5 @@ int main(int argc, char **argv) {
     } catch (const std::exception &error) {
         complain(error.what());
     }
-    return closeStandardOutput(program) || status != succeeded ? status : failed;
+    return closeStandardOutput("orbelstatctl") || status != succeeded ? status : failed;
 }

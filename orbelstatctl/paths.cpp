@@ -26,8 +26,8 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
         }
         // Only now, since it takes stack for each character of the name.
         const auto flags = std::regex_constants::match_continuous;
-        const bool isStep = std::regex_search(rest, text.end(), match, form, flags);
-        refuseIf(!isStep, shown + ": no such field");
+        refuseIf(!std::regex_search(rest, text.end(), match, form, flags),
+                 shown + ": no such field");
         const bool isIndexed = match[2].matched;
         const bool isOne = match[4].matched && !match[5].matched;
         refuseIf(isIndexed && node->count == 0, shown + ": " + before + name + " is no array");
@@ -47,11 +47,13 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
     return path;
 }
 
-std::string textOf(const Path &path) {
+std::string textOf(const Path &path, const std::string &bare) {
     std::string text;
     for (const Step &step : path) {
         text += (text.empty() ? "" : ".") + std::string(step.node->name);
-        if (step.node->count != 0) {
+        if (step.index == Step::none && step.node->count != 0 && !bare.empty()) {
+            text += bare;
+        } else if (step.node->count != 0) {
             text += '[' + std::to_string(step.first) +
                     (step.index == Step::one ? "" : ".." + std::to_string(step.last)) + ']';
         }

@@ -28,8 +28,8 @@ using Path = std::vector<Step>;
 // `shown`, what was typed.
 Path parsePath(const std::string &text, const std::string &shown, const Node &start = tree());
 
-// The path with the elements of each array: [3] or [0..3].
-std::string textOf(const Path &path);
+// The path with the elements of each array: [3] or [0..3]; or, where no brackets name all, `bare`.
+std::string textOf(const Path &path, const std::string &bare = "");
 
 // The paths of all members that are fields or arrays of fields and lie below the path, in the order
 // of the records.

@@ -3,7 +3,6 @@
 #include "orbelstatctl/values.h"
 
 #include <algorithm>
-#include <cstring>
 
 // Whether what one path of a member names is among what another does.
 static bool isWithin(const Path &small, const Path &large) {
@@ -12,9 +11,8 @@ static bool isWithin(const Path &small, const Path &large) {
     });
 }
 
-// A line for each member that the paths name, with the elements that are named: as the path of the
-// first and the offset of it. Where several paths name parts of one member, a line for each
-// element.
+// The first element of each member that the paths name, with the path of all that are named. Where
+// several paths name parts of one member, all these elements.
 static std::vector<Field> membersOf(const std::vector<Path> &paths) {
     std::vector<Path> named;
     for (const Path &path : paths) {
@@ -28,7 +26,7 @@ static std::vector<Field> membersOf(const std::vector<Path> &paths) {
                        return isWithin(part, other) && (!isWithin(other, part) || &other < &part);
                    });
         });
-        std::vector<Field> elements = parts.empty() ? std::vector<Field>() : fieldsOf(parts);
+        std::vector<Field> elements = fieldsOf(parts);
         if (parts.size() == 1) {
             elements.resize(1);
             elements[0].path = textOf(parts[0]);
@@ -56,8 +54,9 @@ int listFields(const Words &words, bool perElement, bool onlyWritable) {
 // Why setFields would not bring back what a field holds; "" if it would.
 static std::string lossOf(const Row &row, const std::string &value, const uint8_t *at) {
     try {
-        const bool isSame = memcmp(bytesOf(row, value, "").data(), at, row.size) == 0;
-        return isSame ? "" : ": not with the same bytes";
+        return bytesOf(row, value, "") == std::string(at, at + row.size)
+                   ? ""
+                   : ": not with the same bytes";
     } catch (const Stop &stop) {
         return stop.message;
     }

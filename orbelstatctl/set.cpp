@@ -42,17 +42,6 @@ Words readLines() {
     return lines;
 }
 
-// The path with "[*]" where it names all elements of an array without saying so.
-std::string starred(const Path &path) {
-    std::string text;
-    for (const Step &step : path) {
-        const bool isBare = step.node->count != 0 && step.index == Step::none;
-        text += text.empty() ? "" : ".";
-        text += isBare ? std::string(step.node->name) + "[*]" : textOf({step});
-    }
-    return text;
-}
-
 // Adds what PATH=VALUE assigns, unless it is there. Throws Stop if that is wrong; then the message
 // begins with `shown`.
 void addAssignments(std::vector<Assignment> &all, const std::string &text,
@@ -65,18 +54,18 @@ void addAssignments(std::vector<Assignment> &all, const std::string &text,
     refuseIf(!node.isField(), shown + ": names a group; write one of its fields");
     refuseIf(!node.isWritable(), shown + ": may not be written");
     const std::vector<Field> fields = fieldsOf({path});
-    const std::string clear = starred(path);
+    const std::string clear = textOf(path, "[*]");
     refuseIf(clear != textOf(path),
              shown + ": names " + std::to_string(fields.size()) + " fields; write " + clear);
     const std::string bytes = bytesOf(*node.row, text.substr(end + 1), shown);
     for (const Field &field : fields) {
         const auto other = std::ranges::find_if(
             all, [&](const Assignment &assignment) { return assignment.field.path == field.path; });
+        refuseIf(other != all.end() && other->bytes != bytes,
+                 shown + ": " + field.path + " is given two values");
         if (other == all.end()) {
             all.push_back({field, bytes});
-            continue;
         }
-        refuseIf(other->bytes != bytes, shown + ": " + field.path + " is given two values");
     }
 }
 
@@ -92,8 +81,8 @@ void writeAssignments(const std::vector<Assignment *> &changes) {
     }
 }
 
-// Complains of an assignment that the bytes of its section, null if they cannot be read, do not
-// confirm. Returns whether they do.
+// Returns whether the bytes of its section, null if they cannot be read, confirm an assignment; if
+// not, complains.
 bool verify(const Assignment &assignment, const uint8_t *section) {
     const std::string &path = assignment.field.path;
     if (section != nullptr && assignment.error == 0 && assignment.isHeld(section)) {
@@ -101,15 +90,12 @@ bool verify(const Assignment &assignment, const uint8_t *section) {
     }
     const std::string found =
         section == nullptr ? "not verified" : "holds " + assignment.valueIn(section);
-    if (assignment.error != 0) {
-        complain(path + ": cannot be written, error " + std::to_string(assignment.error) +
-                 " of the library; " + found);
-    } else {
-        const bool isUnknown = assignment.isLeftAlone && section == nullptr;
-        complain(path + (assignment.isWritten ? ": written, but " + found
-                         : isUnknown          ? ": not verified"
-                                              : ": not written"));
-    }
+    const std::string error = ": cannot be written, error " + std::to_string(assignment.error);
+    const bool isUnknown = assignment.isLeftAlone && section == nullptr;
+    complain(path + (assignment.error != 0  ? error + " of the library; " + found
+                     : assignment.isWritten ? ": written, but " + found
+                     : isUnknown            ? ": not verified"
+                                            : ": not written"));
     return false;
 }
 

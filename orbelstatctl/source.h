@@ -11,14 +11,13 @@ class Source {
     // A capture's directory; "" for the live memory.
     explicit Source(std::string capture = "") : directory(std::move(capture)) {}
 
-    // The bytes of a section, read whole when they are first wanted; null if they cannot be read.
-    // Complains when that begins.
+    // The bytes of a section, read whole when first wanted; null, with a complaint, if that fails.
     const uint8_t *bytesOf(Section section);
     // Why they could not be read; "" if they could.
     std::string errorOf(Section section) {
         return copies[section.id].error;
     }
-    // Has the sections read anew. What was allocated for them is kept.
+    // Has the sections read anew, into the same memory.
     void refresh();
 
     // The platform's name of policy 0..15, not escaped; "" if a capture has none.

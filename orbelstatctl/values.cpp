@@ -8,30 +8,20 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 
 std::string typeNameOf(const Node &field) {
     if (field.isPolicyName()) {
         return "text";
     }
-    const std::string size = '[' + std::to_string(field.row->size) + ']';
-    switch (field.row->type) {
-    case Type::i16:
-        return "i16";
-    case Type::i32:
-        return "i32";
-    case Type::f32:
-        return "float";
-    case Type::f64:
-        return "double";
-    case Type::time:
-        return "time32";
-    case Type::text:
-        return "char" + size;
-    case Type::bytes:
-        return "byte" + size;
-    default:
-        return 'u' + std::to_string(8 * field.row->size);
-    }
+    static const std::map<Type, std::string> names = {
+        {Type::i16, "i16"},     {Type::i32, "i32"},   {Type::f32, "float"}, {Type::f64, "double"},
+        {Type::time, "time32"}, {Type::text, "char"}, {Type::bytes, "byte"}};
+    const auto name = names.find(field.row->type);
+    const std::string size = std::to_string(field.row->size);
+    return name == names.end()      ? 'u' + std::to_string(8 * field.row->size)
+           : isRun(field.row->type) ? name->second + '[' + size + ']'
+                                    : name->second;
 }
 
 static bool isReal(const Row &row) {

@@ -8,9 +8,8 @@
 // The type as `list` has it: u8, i16, double, time32, char[64], byte[256] ...
 std::string typeNameOf(const Node &field);
 
-// Between which numbers a field may be written, "0..100000": the wizard's bound, or what the
-// field's bytes hold if that is less. Of a double the bound is symmetric. The field must be one
-// that may be written.
+// Between which numbers a field may be written, "0..100000": the wizard's bound, or what its bytes
+// hold if that is less; of a double from minus the bound. It must be one that may be written.
 std::string boundsOf(const Row &row);
 
 // A text up to its first NUL.

@@ -17,8 +17,8 @@ using Values = std::vector<std::optional<std::string>>;
 
 // The time now: seconds since 1970 with milliseconds, or the same as a date and time of UTC.
 static std::string timeText(bool isDate) {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const auto total = std::chrono::duration_cast<milliseconds>(now).count();
+    const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
+    const auto total = now.time_since_epoch().count();
     const time_t seconds = total / 1000;
     const std::string fraction = '.' + std::to_string(1000 + total % 1000).substr(1);
     char date[32];
@@ -76,23 +76,21 @@ static bool waitUntil(Clock::time_point moment, int endSignals) {
     return poll(ends, std::size(ends), static_cast<int>(std::max<int64_t>(left, 0))) == 0;
 }
 
-// Writes a text, in pieces that a pipe takes at once when it takes any. Returns false if before
-// that a signal has asked for the end or nobody reads any more. Throws Stop if it cannot be
-// written.
+// Writes a text, in pieces that a pipe takes whole or not yet. Returns false if before that a
+// signal has asked for the end or nobody reads any more.
 static bool writeUnlessEnded(std::string_view text, int endSignals) {
     while (!text.empty()) {
-        pollfd ends[] = {{endSignals, POLLIN, 0}, {STDOUT_FILENO, POLLOUT, 0}};
-        poll(ends, std::size(ends), -1);
-        if (ends[0].revents != 0) {
+        pollfd files[] = {{endSignals, POLLIN, 0}, {STDOUT_FILENO, POLLOUT, 0}};
+        if (poll(files, std::size(files), -1) < 0 || files[0].revents != 0) {
             return false;
         }
         const ssize_t written =
             write(STDOUT_FILENO, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
-        if (written < 0 && errno == EPIPE) {
-            return false;
+        if (written < 0 && errno != EPIPE) {
+            throw Stop{failed, std::string("standard output: ") + strerror(errno)};
         }
         if (written < 0) {
-            throw Stop{failed, std::string("standard output: ") + strerror(errno)};
+            return false;
         }
         text.remove_prefix(static_cast<size_t>(written));
     }
