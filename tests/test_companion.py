@@ -412,9 +412,10 @@ def test_the_version_and_help(machine, ctl):
 
 
 @unsanitized
-@pytest.mark.parametrize("path, size", [("global", "803"), ("config", "224")])  # section, list of fields
-def test_refused_memory_is_told(ctl, path, size):
+@pytest.mark.parametrize("path, size", [("global", "803"), ("config", "224")])
+def test_refused_memory_is_told(ctl, capture, path, size):
     assert "no memory" in ctl("get", path, status=1, REFUSE=size).err
+    assert "no memory" in ctl("diff", str(capture), status=2, REFUSE=size).err
 
 
 def test_demo_data_are_plausible(machine, ctl):
