@@ -78,8 +78,7 @@ enum class Format : uint8_t {
     hex,             // a uint8_t as two digits
     threePlaces,     // a uint8_t padded to three places
     timeOnly,        // without the empty line
-    // An array, a text or bytes as a heading, with "[]" after the label, and lines of at most
-    // sixteen
+    // An array, a text or bytes as a heading, "[]" after the label, and lines of at most sixteen
     // values:
     hexList,        // numbers of at least two digits
     hexList4,       // numbers of at least four digits
