@@ -214,6 +214,15 @@ def escaped(text):
     return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
 
 
+def folded(text):
+    r"""With the elements of an array on one line, and "\n" for an empty line after another."""
+    def elements(match):
+        indices, values = zip(*re.findall(r"\[(\d+)\]" + re.escape(match[3]) + "(.*)\n", match[0]))
+        return f"{match[1]}[{', '.join(indices)}]{match[3]}{', '.join(values)}\n"
+    text = re.sub(r"^(.*)\[(\d+)\](.*-+ )(.*)\n(?:\1\[\d+\]\3.*\n)+", elements, text, flags=re.M)
+    return re.sub("(?<=.)\n\n", r"\\n\n", text)
+
+
 def golden(name):
     return (GOLDEN / name).read_text()
 
@@ -229,9 +238,10 @@ def fail_if_different(expected, text, name):
 
 
 def compare_with_golden(name, text):
+    text = folded(escaped(text))
     if Machine.is_recording:
-        (GOLDEN / name).write_text(escaped(text))
-    fail_if_different(golden(name), escaped(text), name)
+        (GOLDEN / name).write_text(text)
+    fail_if_different(golden(name), text, name)
 
 
 def entries_of(name):
