@@ -89,6 +89,11 @@ class Build:
         return re.findall(r"^  (?:-h,)?([a-z-]+)  ", text, re.M) + re.findall("^  (--from) ", text, re.M)
 
     @functools.cached_property
+    def writable(self):
+        """Of every field that may be written the last element, by its name."""
+        return {field.name: field for field in self.fields.values() if field.maximum}
+
+    @functools.cached_property
     def roots(self):
         return list(dict.fromkeys(field.root for field in self.fields.values()))
 
@@ -250,8 +255,10 @@ def entries_of(name):
     return dict(zip(parts[::2], parts[1::2]))
 
 
-def compare_with_entry(name, command, text):
-    text = escaped(text) + ("" if text.endswith("\n") else "(no line end)\n")
+def compare_with_entry(name, command, happened, text):
+    """An output of one line stands after "|"."""
+    text = escaped(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
+    text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)
     if Machine.is_recording:
         entries[command] = text

@@ -16,13 +16,14 @@ BLOCKS = {name: lines_of(text) for name, text in zip(parts[::2], parts[1::2])}
 
 def with_answers(text, typed):
     """As if the terminal echoed what was typed at each prompt, with a new line after it unless the
-    answer of yes or no leads to the next question."""
+    answer of yes or no leads to the next question. What it is refused with follows on the same line."""
     answers = iter(typed.split("\n"))
 
     def answered(prompt):
         ends_line = prompt["number"] or prompt["last"] is not None
         return (prompt["number"] or "(y/n) ") + next(answers, "(end)") + ("\n" if ends_line else ", ")
-    return PROMPT.sub(answered, text)
+    text = PROMPT.sub(answered, text)
+    return re.sub(r"\n(Invalid.*|Out of range\.|Please.*)\n", r" -> \1\n", text)
 
 
 def with_names(text, blocks):
@@ -36,8 +37,8 @@ def with_names(text, blocks):
             if len(lines) >= len(block) and 2 * count > len(block) and count > equal:
                 best, equal = name, count
         if best:
-            different = [line for line, known in zip(lines, blocks[best]) if line != known]
-            shown += "".join([f"({best}, but)\n", *different]) if different else f"({best}) "
+            different = [line[:-1] for line, known in zip(lines, blocks[best]) if line != known]
+            shown += f"({best}, but {', '.join(different)})\n" if different else f"({best}) "
         else:
             shown += lines[0]
         del lines[:len(blocks[best]) if best else 1]
@@ -55,26 +56,30 @@ def test_dialogue(machine, command):
     typed = words.replace("|", "\n")
     outcome = machine.run_on_terminal(*WIZARD, typed=typed)
     happened = [str(outcome.status), f"{len(outcome.only('read'))} reads", *outcome.only("write")]
-    compare_with_entry(TRANSCRIPT, command,
-                       ", ".join(happened) + "\n" + with_names(with_answers(outcome.out, typed), blocks))
+    compare_with_entry(TRANSCRIPT, command, ", ".join(happened), with_names(with_answers(outcome.out, typed), blocks))
 
 
 def test_every_field_has_its_bounds(machine):
     """Answers each question just outside of its bounds, which is refused, and with the upper one."""
     numbers = re.findall(r"^ +([1-9]\d*)\) ", "".join(BLOCKS["policy fields"]), re.M)
     ways = [f"3\n15\n{number}\n" for number in numbers]
-    for way in "1\n1\n2\n", "1\n2\n", "2\n3\n":
+    for way in "1\n1\n3\n", "1\n2\n", "2\n3\n":
         asked = machine.run_on_terminal(*WIZARD, typed=way).out  # and not answered
         ways += [way + "n\n" * question + "y\n" for question in range(asked.count("[y/n]: "))]
-    bounds = ""
+    fields = machine.build.writable.copy()
+    names = {}  # that are asked for, by their bounds
     for way in ways:
         asked = machine.run_on_terminal(*WIZARD, typed=way + "x\n").out
-        question = re.search(r"(\w+)( \(0=cpu..3=gpu\))? \[(\S+)\.\.(\S+)\]: Invalid (?!number)", asked)
-        minimum, maximum = int(float(question[3])), int(float(question[4]))
+        question = re.search(r"((\w+)(?: \(0=.*\))?) (\[(\S+)\.\.(\S+)\]): Invalid (?!number)", asked)
+        minimum, maximum = int(float(question[4])), int(float(question[5]))
         outcome = machine.run_on_terminal(*WIZARD, typed=f"{way}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
         assert outcome.out.count("Out of range.\n" + question[0].rpartition("Invalid")[0]) == 2
-        bounds += f"{question[0].rpartition(':')[0]}: {', '.join(outcome.only('write'))}\n"
-    compare_with_golden("wizard-bounds.txt", bounds)
+        field = fields.pop(next(name for name in fields if name.endswith(question[2])))
+        written = field.pack(maximum) if field.is_real else maximum.to_bytes(8, "little")[:field.size]
+        assert outcome.only("write") == [f"write 6 {field.offset} {field.size}: {written.hex(' ')}"]
+        names.setdefault(question[3], []).append(question[1])
+    assert fields == {}
+    compare_with_golden("wizard-bounds.txt", "".join(f"{key}: {', '.join(names[key])}\n" for key in names))
 
 
 @unsanitized
