@@ -67,8 +67,7 @@ class Build:
         self.emulator = ["qemu-aarch64", "-L", "/usr/aarch64-linux-gnu"] if is_arm else []
 
     def command(self, program, *arguments, **settings):
-        """The words that run a program, with these variables in its environment, or without those
-        that are None."""
+        """The words that run a program, with these variables in its environment, or without those that are None."""
         # To the emulator itself the environment means something else.
         unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
         words = self.emulator.copy() or ["env"]
@@ -107,9 +106,8 @@ class Build:
 
     @functools.cached_property
     def pattern(self):
-        """Sections that reach every bit and in which no two neighbours and hardly any two words are
-        alike. There are no line ends in them, and floating point numbers and the UPM timestamp are
-        plausible ones."""
+        """Sections that reach every bit and in which no two neighbours and hardly any two words are alike. There
+        are no line ends in them, and floating point numbers and the UPM timestamp are plausible ones."""
         sections = {}
         for section, size in self.sizes.items():
             state, data = section, bytearray()
@@ -145,6 +143,9 @@ class Machine:
     def contents(self, section):
         return self.path(section).read_bytes()
 
+    def bytes_of(self, field):
+        return self.contents(field.section)[field.offset:field.offset + field.size]
+
     def fill(self, byte):
         for section, size in self.build.sizes.items():
             self.path(section).write_bytes(bytes([byte]) * size)
@@ -167,25 +168,25 @@ class Machine:
         self.calls.write_text("")
         settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": self.calls,
                     "LD_PRELOAD": "$ORIGIN/librecorder.so",  # a path with blanks would be taken apart
-                    "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99",
-                    "UBSAN_OPTIONS": "exitcode=99", **self.environment}
+                    "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99", "UBSAN_OPTIONS": "exitcode=99",
+                    **self.environment}
         command = self.build.command(program, *arguments, **settings)
         return ["sh", "-c", redirections + ' exec "$@"', "sh", *command] if redirections else command
 
     def outcome(self, out, err, status):
-        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status,
-                       self.calls.read_text("latin-1").splitlines())
+        calls = self.calls.read_text("latin-1").splitlines()
+        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status, calls)
 
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
-        """Standard input is no terminal: the wizard may not read it. `redirections` are commands
-        of the shell before the program's."""
-        ended = subprocess.run(self.command(program, arguments, redirections),
-                               input=typed.encode("latin-1"), capture_output=True)
+        """Standard input is no terminal: the wizard may not read it. `redirections` are commands of the shell
+        before the program's."""
+        ended = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
+                               capture_output=True)
         return self.outcome(ended.stdout, ended.stderr, ended.returncode)
 
     def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
-        """Standard input and output are a terminal without echo, on which `typed` waits to be read,
-        followed by the end of input, even in mid-line: no dialogue waits for ever."""
+        """Standard input and output are a terminal without echo, on which `typed` waits to be read, followed by
+        the end of input, even in mid-line: no dialogue waits for ever."""
         terminal, slave = pty.openpty()
         # No translation of line ends either: what is read is what was printed.
         *_, characters = termios.tcgetattr(slave)
@@ -193,10 +194,10 @@ class Machine:
                                                    termios.B38400, termios.B38400, characters])
         os.write(terminal, typed.encode("latin-1") + b"\4\4")
         with tempfile.TemporaryFile() as errors:
-            process = subprocess.Popen(self.command(program, arguments, redirections),
-                                       stdin=slave, stdout=slave, stderr=errors)
-            # The program's end of the terminal stays open here, and a mark after its last words
-            # tells that all is read: what a terminal holds when its last user goes can get lost.
+            process = subprocess.Popen(self.command(program, arguments, redirections), stdin=slave, stdout=slave,
+                                       stderr=errors)
+            # The program's end of the terminal stays open here, and a mark after its last words tells that all
+            # is read: what a terminal holds when its last user goes can get lost.
             mark, text = b"\1end of output\1", b""
             waiter = threading.Thread(target=lambda: (process.wait(), os.write(slave, mark)))
             waiter.start()
@@ -238,8 +239,8 @@ FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt
 
 def fail_if_different(expected, text, name):
     if expected != text:
-        pytest.fail("\n".join(difflib.unified_diff(expected.split("\n"), text.split("\n"), name, "the program",
-                                                  lineterm="")), pytrace=False)
+        lines = difflib.unified_diff(expected.split("\n"), text.split("\n"), name, "the program", lineterm="")
+        pytest.fail("\n".join(lines), pytrace=False)
 
 
 def compare_with_golden(name, text):
