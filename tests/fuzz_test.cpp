@@ -34,6 +34,7 @@ static const std::string captures = "/dev/shm/orbel-fuzz-" + std::to_string(getp
 static const std::string oldPath = captures + "/old", newPath = captures + "/new";
 static const char *const oldCapture = oldPath.c_str(), *const newCapture = newPath.c_str();
 static const char *const companionWords[] = {
+    "get", "set", "list", "json", "table", "metrics", "diff", // the first seven are commands
     "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2..4]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
     "list", "-a", "upm", "set", "upm.powerLimits.cpuPPL[*]=100000", "upm.powerLimits.sysPL2=7",
@@ -96,22 +97,22 @@ extern "C" int Tolm_shm_memread(int32_t id, uint8_t *bytes, int32_t offset, int3
 }
 
 extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offset, int32_t length) {
-    const size_t start = static_cast<size_t>(offset) - upmBlockOffset;
+    const auto place = static_cast<size_t>(offset), size = static_cast<size_t>(length);
+    const size_t start = place - upmBlockOffset;
     uint64_t value = 0;
-    memcpy(&value, bytes, std::min<size_t>(static_cast<size_t>(length), sizeof value));
+    memcpy(&value, bytes, std::min(size, sizeof value));
     const auto isAllowed = [&](const Field &field) {
         const Row *row = field.node->row;
-        return field.node->isWritable() && field.offset == static_cast<size_t>(offset) &&
-               row->size == static_cast<size_t>(length) &&
+        return field.node->isWritable() && field.offset == place && row->size == size &&
                (value <= *row->bound || row->type == Type::f64);
     };
     static const std::vector<Field> fields = fieldsOf({parsePath("upm", "")});
     const bool isField = std::ranges::any_of(fields, isAllowed);
     assert(id == powerReportingSection.id);
-    assert(isField || (start == policyDataOffset && length == policyDataSize) ||
-           (isAnyPlaceWritten && start + static_cast<size_t>(length) <= sizeof(sUpmBlock)));
+    assert(isField || (start == policyDataOffset && size == policyDataSize) ||
+           (isAnyPlaceWritten && start + size <= sizeof(sUpmBlock)));
     if (isField) {
-        fieldsSeen.set(static_cast<size_t>(offset));
+        fieldsSeen.set(place);
     }
     ++writes;
     return copy(contents + offset, bytes, length);
@@ -185,12 +186,10 @@ static void callOperations() {
     const size_t offset = sizeAround(sizeof bytes);
     const size_t length = sizeAround(offset <= sizeof bytes ? sizeof bytes - offset : 1);
     const bool isInside = offset <= sizeof bytes && length <= sizeof bytes - offset;
-    isAnyPlaceWritten = true;
     writes = 0;
     const int result = writeUpmBlock(offset, bytes, length);
     assert(writes == (isInside ? 1U : 0U));
     assert(isInside || result == -ERANGE);
-    isAnyPlaceWritten = false;
 }
 
 static void runProgram(bool isCompanion, bool isDialogue) {
@@ -205,9 +204,7 @@ static void runProgram(bool isCompanion, bool isDialogue) {
         words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
         std::generate(arguments + 1, arguments + count, nextWord);
         if (isCompanion && below(8) != 0) {
-            static constexpr const char *commands[] = {"get",   "set",     "list", "json",
-                                                       "table", "metrics", "diff"};
-            arguments[1] = commands[below(std::size(commands))];
+            arguments[1] = companionWords[below(7)];
         }
         for (size_t lines = below(256); lines > 0; --lines) {
             fprintf(typed, "%s\n", nextWord());
@@ -246,6 +243,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     words = probeWords;
     typed = stdin = fdopen(memfd_create("typed", 0), "w+");
     const size_t choice = below(8);
+    isAnyPlaceWritten = choice == 7;
     choice == 7 ? callOperations() : runProgram(choice < 3, choice >= 5);
     fclose(typed);
     return 0;

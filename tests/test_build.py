@@ -10,8 +10,8 @@ RECORD = """#include "rows/row.h"
 struct __attribute__((packed)) Inner { uint16_t number; };
 struct __attribute__((packed)) Outer { Inner inner; };
 struct __attribute__((packed)) Record {
-    uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; std::byte raw[8]; bool flag; Inner inner;
-    Outer outer;
+    uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; std::byte raw[8]; bool flag;
+    Inner inner; Outer outer;
 };
 struct __attribute__((packed)) Wide { uint32_t first; uint16_t beyond; };
 inline constexpr Row innerRows[] = {ROW(Inner, number)};

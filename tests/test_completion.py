@@ -19,8 +19,8 @@ SHELLS = {
 show() {{ printf '\\1%s\\2' "$READLINE_LINE"; }}; bind -x '"\\C-o": show'
 bind '"\\t": insert-completions'; bind '"\\C-t": complete'
 """),
-    "zsh": (["-d", "-i"], ".zshrc", f"""PS1='ready$ '; fpath=({COMPLETION} $fpath); autoload -Uz compinit; compinit -u -D
-show() {{ printf '\\1%s\\2' "$BUFFER" >/dev/tty; }}; zle -N show; bindkey '^O' show
+    "zsh": (["-d", "-i"], ".zshrc", f"""PS1='ready$ '; fpath=({COMPLETION} $fpath); autoload -Uz compinit
+compinit -u -D; show() {{ printf '\\1%s\\2' "$BUFFER" >/dev/tty; }}; zle -N show; bindkey '^O' show
 zle -C plain complete-word _generic; bindkey '^T' plain
 zstyle ':completion:plain:*' completer _complete
 zstyle ':completion:*' insert true; zstyle ':completion:*' completer _all_matches _complete

@@ -70,17 +70,17 @@ def patterned(machine):
     """A machine on which every byte of a report comes from the right place, or it shows."""
     machine.fill_with_pattern()
     machine.environment |= {"TZ": "IST-5:30", "POLICY_NAME": "%s%n"}  # a name is text, not a format
-    machine.set("psu[0].psuType", 2)  # the first unit shows u16VinMax
-    machine.set("psu[0].psuFwVersion", b"1\0\7\t")
-    for path, length in (("reporting.activePolicyName", 10), ("reporting.vcoreVRData[0].DisplayName", 5),
-                         ("psu[0].psuBus.deviceName", 5)):  # texts that end before their fields do
-        text = machine.build.fields[path]
-        machine.poke(text.section, text.offset + length, b"\0")
-    # Numbers with fewer digits than are shown: an average reading, two samples, words in a list.
-    for path in ("reporting.hour_oob_data[0].cups_cpu_usage", "reporting.cpuSample[0]",
-                 "global.sTolmPwrBudgetTypePWR.au16VRAmp[0]", "global.sPSStateInfoPWR.u8Status[0]"):
-        machine.set(path, b"\7\0")
-    machine.set("upm.policies[7].PolicyDomain", 2)  # that has a name
+    values = {
+        "psu[0].psuType": 2, "upm.policies[7].PolicyDomain": 2,  # u16VinMax shows, and a domain's name
+        # Texts that end before their fields do.
+        "psu[0].psuFwVersion": b"1\0\7\t", "psu[0].psuBus.deviceName": b"hL\xe6\xe2\xeb\0",
+        "reporting.activePolicyName": b"nJ\x0fQ\xbdl\xf1\xe3r\xf9\0",
+        "reporting.vcoreVRData[0].DisplayName": b"O1\x9d\xca\xe0\0",
+        # Numbers with fewer digits than are shown: an average reading, two samples, words in a list.
+        "reporting.hour_oob_data[0].cups_cpu_usage": 7, "reporting.cpuSample[0]": 7,
+        "global.sTolmPwrBudgetTypePWR.au16VRAmp[0]": 7, "global.sPSStateInfoPWR.u8Status[0]": 7}
+    for path, value in values.items():
+        machine.set(path, value)
     return machine
 
 
@@ -169,7 +169,8 @@ def printed(form, number):
     return ("-" if math.isnan(number) and math.copysign(1, number) < 0 else "") + form % number
 
 
-@pytest.mark.parametrize("root, option, form", [("reporting", "-r", "%.2f"), ("psu", "-e", "%.6f"), ("upm", "-u", "%g")])
+@pytest.mark.parametrize("root, option, form", [
+    ("reporting", "-r", "%.2f"), ("psu", "-e", "%.6f"), ("upm", "-u", "%g")])
 def test_floating_point_numbers_show_as_printf_prints_them(machine, root, option, form):
     """Numbers of any size, some of no finite size, many half way between two that can be shown."""
     odd = [0.375, -0.125, -0.0, math.inf, -math.inf, math.nan, -math.nan, 3.4e38, 1e15, 9.999999e8,
@@ -257,13 +258,13 @@ def test_what_only_some_values_show(machine, arguments, text, fields, environmen
 
 def test_policy_writes_touch_nothing_else(machine):
     machine.fill_with_pattern()
-    policies = [machine.build.fields[f"upm.policies[{policy}].state"] for policy in range(16)]
+    states = [machine.build.fields[f"upm.policies[{policy}].state"].offset for policy in range(16)]
     expected = bytearray(machine.contents(6))
     machine.run("-w", "-u", "-p", "2", "-s", "1")
-    expected[policies[2].offset:policies[2].offset + 2] = b"\1\0"
+    expected[states[2]:states[2] + 2] = b"\1\0"
     assert machine.contents(6) == expected
     outcome = machine.run("-w", "-u", "-c")
-    for state in policies:  # and the power limit after it
-        expected[state.offset:state.offset + 6] = bytes(6)
+    for state in states:
+        expected[state:state + 6] = bytes(6)  # and the power limit after it
     assert machine.contents(6) == expected
     assert [call[:20] for call in outcome.only("write")] == ["write 6 29013 1176: "]

@@ -15,8 +15,8 @@ BLOCKS = {name: lines_of(text) for name, text in zip(parts[::2], parts[1::2])}
 
 
 def with_answers(text, typed):
-    """As if the terminal echoed what was typed at each prompt, with a new line after it unless the
-    answer of yes or no leads to the next question. What it is refused with follows on the same line."""
+    """As if the terminal echoed what was typed at each prompt, with a new line after it unless the answer of yes
+    or no leads to the next question. What it is refused with follows on the same line."""
     answers = iter(typed.split("\n"))
 
     def answered(prompt):
@@ -27,8 +27,7 @@ def with_answers(text, typed):
 
 
 def with_names(text, blocks):
-    """The names of blocks in place of their lines. Where less than half of the lines differ, these
-    follow the name."""
+    """The names of blocks in place of their lines. Where less than half of the lines differ, these follow the name."""
     lines, shown = lines_of(text), ""
     while lines:
         best, equal = "", 0
@@ -47,9 +46,9 @@ def with_names(text, blocks):
 
 @pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
 def test_dialogue(machine, command):
-    """Whole dialogues; of every kind of prompt, what it takes and what it asks again; input that
-    ends at it; shared memory that fails. In the transcript "|" ends a line of input, and after "->"
-    stand the exit status, the number of reads and the writes."""
+    """Whole dialogues; of every kind of prompt, what it takes and what it asks again; input that ends at it; shared
+    memory that fails. In the transcript "|" ends a line of input, and after "->" stand the exit status, the number
+    of reads and the writes."""
     machine.fill_with_pattern()
     blocks = {**BLOCKS, "policy 0": lines_of(machine.run("-u", "-p", "0").out)}
     machine.environment, words = settings_and_words(command)
