@@ -8,8 +8,7 @@
 
 namespace {
 
-// Adds operands of which there may be many. CLI11 would take "[a,b]" apart as a list; no path is
-// like that, so it is none of them.
+// Adds operands. CLI11 would take "[a,b]" apart as a list; as no path is like that, it is refused.
 CLI::Option *addWords(CLI::App *command, const char *name, Words &words, const char *help) {
     command->validate_positionals();
     return command->add_option(name, words, help)
@@ -120,6 +119,7 @@ int runCompanion(int argc, const char *const *argv) {
     const CLI::App *command = app.get_subcommands()[0];
     const bool isLive = command == set || command == diff || command == watch || command == save;
     refuseIf(std::isnan(seconds), "-i: nan is no number of seconds");
+    refuseIf(json->count("PATH") != 0 && path.empty(), ": no such field");
     refuseIf(isLive && app.count("--from") != 0, "--from: not for " + command->get_name());
     if (app.count("--from") != 0 && !std::filesystem::is_directory(from)) {
         throw Stop{failed, "--from: no directory: " + from};
