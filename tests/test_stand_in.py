@@ -52,21 +52,18 @@ def test_uses_regular_files_only(machine, library):
 
 
 @native
-def test_waits_for_other_users_of_a_section(machine, library):
-    """A reader for who writes it, a writer for all."""
+@pytest.mark.parametrize("lock, function, waits", [
+    (fcntl.LOCK_EX, "memread", True), (fcntl.LOCK_SH, "memwrite", True), (fcntl.LOCK_SH, "memread", False)])
+def test_waits_for_other_users_of_a_section(machine, library, lock, function, waits):
     buffer = ctypes.create_string_buffer(224)
+    caller = threading.Thread(target=library["Tolm_shm_" + function], args=(8, buffer, 0, 224))
     with open(machine.path(8), "rb") as file:
-        for lock, call, waits in [(fcntl.LOCK_EX, library.Tolm_shm_memread, True),
-                                  (fcntl.LOCK_SH, library.Tolm_shm_memwrite, True),
-                                  (fcntl.LOCK_SH, library.Tolm_shm_memread, False)]:
-            fcntl.flock(file, lock)
-            caller = threading.Thread(target=call, args=(8, buffer, 0, 224))
-            caller.start()
-            caller.join(0.2 if waits else 60)
-            was_waiting = caller.is_alive()
-            fcntl.flock(file, fcntl.LOCK_UN)
-            caller.join()
-            assert was_waiting == waits
+        fcntl.flock(file, lock)
+        caller.start()
+        caller.join(0.2 if waits else 60)
+        was_waiting = caller.is_alive()
+    caller.join()
+    assert was_waiting == waits
 
 
 def tolmfill(machine, *words):
