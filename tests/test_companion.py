@@ -276,13 +276,14 @@ def test_save_leaves_nothing_of_a_capture_that_fails(machine, ctl, name, reason)
 def test_watch_prints_changes_until_it_is_ended(machine, end):
     command = machine.command("orbelstatctl", ["watch", "-i", "0.01", "upm.policies[0..3].state", "psu[0].psuSlot"], "")
     with subprocess.Popen(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
-        line, value = "", 0
-        while not line:  # the first look may be yet to come
+        lines, value = "", 0
+        while lines.count("\n") < 2:  # the first look may be yet to come
             value = 1 - value
             machine.set("upm.policies[2].state", value)
-            ready, _, _ = select.select([process.stdout], [], [], 0.2)
-            line = process.stdout.readline() if ready else ""
-        assert re.fullmatch(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z upm\.policies\[2\]\.state: [01] -> [01]\n", line)
+            if select.select([process.stdout], [], [], 0.2)[0]:
+                lines += process.stdout.readline()
+        change = r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z upm\.policies\[2\]\.state: (\d) -> (\d)\n"
+        assert re.fullmatch(change + change.replace(r"(\d) -> (\d)", r"\2 -> \1"), lines)
         process.send_signal(end) if end else process.stdout.close()
         assert (process.wait(), process.stderr.read()) == (0, "")
 
@@ -303,12 +304,13 @@ def test_watch_ends_where_nobody_reads(machine, ctl):
 
 
 def test_watch_prints_rows(machine, ctl):
-    machine.set("psu[1].psuFwVersion", b'a,"b"\0')
-    words = "psu[1].psuFwVersion", "upm.policies[3].name", STATE
+    machine.set("psu[1].psuFwVersion", b'a,b\0')
+    machine.set("psu[1].psuPartNum", b'"c"\0')
+    words = "psu[1].psuPartNum", "psu[1].psuFwVersion", "upm.policies[3].name", STATE
     rows = ctl("watch", "-i", "0.05", "-n", "4", "--csv", *words).out.splitlines()
     assert rows[0] == ",".join(["time", *words])
     times, values = zip(*(row.split(",", 1) for row in rows[1:]))
-    assert set(values) == {'"a,""b""",POLICY-3,1'}
+    assert set(values) == {'"""c""","a,b",POLICY-3,1'}
     assert len(times) <= 4 and all(re.fullmatch(r"\d{10}\.\d{3}", time) for time in times)
     assert sorted(set(times)) == list(times)
 
