@@ -170,8 +170,9 @@ class Machine:
                     "LD_PRELOAD": "$ORIGIN/librecorder.so",  # a path with blanks would be taken apart
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99", "UBSAN_OPTIONS": "exitcode=99",
                     **self.environment}
-        command = self.build.command(program, *arguments, **settings)
-        return ["sh", "-c", redirections + ' exec "$@"', "sh", *command] if redirections else command
+        shell = ["sh", "-c", redirections + ' exec "$@"', "sh"] if redirections else []
+        # A program that hangs ends with 124.
+        return ["timeout", "--foreground", "300", *shell, *self.build.command(program, *arguments, **settings)]
 
     def outcome(self, out, err, status):
         calls = self.calls.read_text("latin-1").splitlines()

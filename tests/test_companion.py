@@ -276,16 +276,15 @@ def test_save_leaves_nothing_of_a_capture_that_fails(machine, ctl, name, reason)
 def test_watch_prints_changes_until_it_is_ended(machine, end):
     command = machine.command("orbelstatctl", ["watch", "-i", "0.01", "upm.policies[0..3].state", "psu[0].psuSlot"], "")
     with subprocess.Popen(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
-        lines, value = "", 0
-        while lines.count("\n") < 2:  # the first look may be yet to come
-            value = 1 - value
+        lines = ""
+        for value in [0, 1] * 100:  # the first look may be yet to come
             machine.set("upm.policies[2].state", value)
-            if select.select([process.stdout], [], [], 0.2)[0]:
+            if lines.count("\n") < 2 and select.select([process.stdout], [], [], 0.2)[0]:
                 lines += process.stdout.readline()
         change = r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z upm\.policies\[2\]\.state: (\d) -> (\d)\n"
-        assert re.fullmatch(change + change.replace(r"(\d) -> (\d)", r"\2 -> \1"), lines)
         process.send_signal(end) if end else process.stdout.close()
         assert (process.wait(), process.stderr.read()) == (0, "")
+    assert re.fullmatch(change + change.replace(r"(\d) -> (\d)", r"\2 -> \1"), lines)
 
 
 def test_watch_ends_although_its_reader_does_not_read(machine):
