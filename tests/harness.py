@@ -171,8 +171,8 @@ class Machine:
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99", "UBSAN_OPTIONS": "exitcode=99",
                     **self.environment}
         shell = ["sh", "-c", redirections + ' exec "$@"', "sh"] if redirections else []
-        # A program that hangs ends with 124.
-        return ["timeout", "--foreground", "300", *shell, *self.build.command(program, *arguments, **settings)]
+        limit = ["timeout", "--foreground", "-s", "KILL", "300"]  # a program that hangs is killed
+        return [*limit, *shell, *self.build.command(program, *arguments, **settings)]
 
     def outcome(self, out, err, status):
         calls = self.calls.read_text("latin-1").splitlines()
