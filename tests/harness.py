@@ -252,8 +252,8 @@ def compare_with_golden(name, text):
 
 
 def entries_of(name):
-    """What a transcript has after each line "$ COMMAND -> ", by the commands."""
-    _, *parts = re.split(r"^\$ (.*?) -> ", golden(name), flags=re.M)
+    """What a transcript has after each line "$ COMMAND ->", by the commands."""
+    _, *parts = re.split(r"^\$ (.*?) ->(?: |$)", golden(name), flags=re.M)
     return dict(zip(parts[::2], parts[1::2]))
 
 
