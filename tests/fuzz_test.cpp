@@ -33,8 +33,9 @@ static constexpr const char *probeWords[] = {
 static const std::string captures = "/dev/shm/orbel-fuzz-" + std::to_string(getpid());
 static const std::string oldPath = captures + "/old", newPath = captures + "/new";
 static const char *const oldCapture = oldPath.c_str(), *const newCapture = newPath.c_str();
+static constexpr size_t commandCount = 7; // that the words begin with
 static const char *const companionWords[] = {
-    "get", "set", "list", "json", "table", "metrics", "diff", // the first seven are commands
+    "get", "set", "list", "json", "table", "metrics", "diff",
     "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2..4]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
     "list", "-a", "upm", "set", "upm.powerLimits.cpuPPL[*]=100000", "upm.powerLimits.sysPL2=7",
@@ -204,7 +205,7 @@ static void runProgram(bool isCompanion, bool isDialogue) {
         words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
         std::generate(arguments + 1, arguments + count, nextWord);
         if (isCompanion && below(8) != 0) {
-            arguments[1] = companionWords[below(7)];
+            arguments[1] = companionWords[below(commandCount)];
         }
         for (size_t lines = below(256); lines > 0; --lines) {
             fprintf(typed, "%s\n", nextWord());

@@ -89,7 +89,7 @@ class Build:
 
     @functools.cached_property
     def writable(self):
-        """Of every field that may be written the last element, by its name."""
+        """The last element of each field that may be written, by name."""
         return {field.name: field for field in self.fields.values() if field.maximum}
 
     @functools.cached_property
@@ -171,7 +171,7 @@ class Machine:
                     "ASAN_OPTIONS": "verify_asan_link_order=0:exitcode=99", "UBSAN_OPTIONS": "exitcode=99",
                     **self.environment}
         shell = ["sh", "-c", redirections + ' exec "$@"', "sh"] if redirections else []
-        limit = ["timeout", "--foreground", "-s", "KILL", "300"]  # a program that hangs is killed
+        limit = ["timeout", "--foreground", "-s", "KILL", "100"]  # a program that hangs is killed
         return [*limit, *shell, *self.build.command(program, *arguments, **settings)]
 
     def outcome(self, out, err, status):
@@ -222,7 +222,7 @@ def escaped(text):
 
 
 def folded(text):
-    r"""With the elements of an array on one line, and "\n" for an empty line after another."""
+    r"""Array elements on one line, and "\n" at a line's end for the empty line after it."""
     def elements(match):
         indices, values = zip(*re.findall(r"\[(\d+)\]" + re.escape(match[3]) + "(.*)\n", match[0]))
         return f"{match[1]}[{', '.join(indices)}]{match[3]}{', '.join(values)}\n"
@@ -258,7 +258,7 @@ def entries_of(name):
 
 
 def compare_with_entry(name, command, happened, text):
-    """An output of one line stands after "|"."""
+    """`happened` follows the arrow, and an output of one line follows "|"."""
     text = escaped(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
     text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)

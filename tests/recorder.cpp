@@ -5,7 +5,7 @@
 //     END_AT_READ  n          the n-th read ends the program, whose unwritten output is lost
 //     FAIL_WRITES  result     every write fails with result
 //     KEEP_OPEN    file       opened for writing at the first read, and left open
-//     POLICY_NAME  format     of every policy's name, with its number; none at all if empty
+//     POLICY_NAME  prefix     of every policy's name, before its number; no name at all if empty
 //     REFUSE       size       malloc refuses requests of this size
 //     NO_NULL      n          the first n openings of /dev/null fail
 //     NO_TIME      function   localtime_r or strftime fails
@@ -73,9 +73,9 @@ extern "C" const char *policyTypeToString(int16_t policy) {
     FILE *record = fopen(getenv("RECORD"), "a");
     fprintf(record, "name %d\n", policy);
     fclose(record);
-    const char *format = getenv("POLICY_NAME");
-    snprintf(name, sizeof name, "%s-%d", format != nullptr ? format : "POLICY", policy);
-    return format != nullptr && *format == '\0' ? nullptr : name;
+    const char *prefix = getenv("POLICY_NAME");
+    snprintf(name, sizeof name, "%s-%d", prefix != nullptr ? prefix : "POLICY", policy);
+    return prefix != nullptr && *prefix == '\0' ? nullptr : name;
 }
 
 extern "C" tm *localtime_r(const time_t *time, tm *local) {

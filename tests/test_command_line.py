@@ -21,8 +21,8 @@ def shortened(pieces, most):
 
 @pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
 def test_answers(machine, command):
-    """In the transcript stand after "->" the exit status and the library's calls, of equal ones in a
-    row only one. The fields of policies are left out."""
+    """The exit status and the library's calls follow "->"; of equal calls in a row one, of a long one the beginning.
+    The fields of policies are left out."""
     machine.environment, words = settings_and_words(command)
     outcome = machine.run(*shlex.split(words))
     calls = [call for call, _ in itertools.groupby(", " + call[:40] for call in outcome.calls)]

@@ -50,9 +50,8 @@ def capture(machine, ctl):
 
 @pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
 def test_answers(machine, capture, command):
-    """In the transcript stand after "->" the exit status and the library's calls. DIRECTORY has the capture, and
-    a broken one without names, with a section missing and one cut short, and an unnamed one, of which one field
-    is another."""
+    """The exit status and the library's calls follow "->". DIRECTORY holds `capture`; `broken`, without names, a
+    section missing and one short; and `unnamed`, with one name only and another config.peakHeadroom."""
     for name in "broken", "unnamed":
         shutil.copytree(capture, f"{machine.directory}/{name}")
     os.remove(f"{machine.directory}/broken/policy-names")
@@ -238,8 +237,8 @@ def test_a_capture_is_whole(machine, ctl, capture):
 def test_a_capture_keeps_names_as_they_are(machine, ctl):
     name = "a\\b\n\tc\x7f;\"d\" \xe9"
     ctl("save", machine.directory + "/named", POLICY_NAME=os.fsdecode(name.encode("latin-1")))
-    read, got = (ctl("--from", machine.directory + "/named", *words, "upm.policies[3].name").out
-                 for words in (["json"], ["get", "-n"]))
+    read = ctl("--from", machine.directory + "/named", "json", "upm.policies[3].name").out
+    got = ctl("--from", machine.directory + "/named", "get", "-n", "upm.policies[3].name").out
     assert (json.loads(read), got) == (name + "-3", escaped(name.encode("latin-1")) + "-3\n")
 
 
@@ -274,7 +273,7 @@ def test_save_leaves_nothing_of_a_capture_that_fails(machine, ctl, name, reason)
 
 @pytest.mark.parametrize("end", [signal.SIGINT, signal.SIGTERM, None])
 def test_watch_prints_changes_until_it_is_ended(machine, end):
-    command = machine.command("orbelstatctl", ["watch", "-i", "0.01", "upm.policies[0..3].SFOffset", "psu[0].psuSlot"], "")
+    command = machine.command("orbelstatctl", ["watch", "-i", "0.01", "upm.policies[0..3].SFOffset", "psu.psuSlot"], "")
     with subprocess.Popen(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
         lines = ""
         for value in range(1000, 1200):  # the first look may be yet to come
@@ -299,7 +298,7 @@ def test_watch_ends_although_its_reader_does_not_read(machine):
 
 
 def test_watch_ends_where_nobody_reads(machine, ctl):
-    unread = f"cd '{machine.directory}'; mkfifo pipe; exec 3<>pipe >pipe 3<&-;"
+    unread = f"cd '{machine.directory}'; mkfifo pipe; exec 3<>pipe >pipe 3<&-;"  # and the reader has gone
     assert ctl("watch", "--csv", "psu", redirections=unread).err == ""
 
 

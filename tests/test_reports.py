@@ -115,7 +115,7 @@ def test_golden(patterned, report):
 
 
 def test_signs(machine):
-    """Where all bits are set, the signed numbers are those that show as -1."""
+    """Where all bits are set, the signed numbers are those that show as -1. One policy stands for all."""
     machine.fill(0xFF)
     text = "".join(report.run(machine).out for report in REPORTS if report.arguments != "-u -p -a")
     compare_with_golden("signed-numbers.txt", "".join(dict.fromkeys(re.findall(".* -1\n", text))))
@@ -161,7 +161,8 @@ def test_a_bus_record_that_cannot_be_read_shows_as_zeros(machine):
     out = machine.run("-e").out
     machine.environment.clear()
     machine.set("psu[1].psuBus.bus", bytes(35))
-    assert machine.run("-e").out == out != whole
+    assert out != whole
+    assert machine.run("-e").out == out
 
 
 def printed(form, number):
@@ -212,7 +213,7 @@ def test_policies_show_as_one_by_one(machine):
 
 
 def test_offsets_have_the_labels_of_the_dump(machine):
-    """Shown are the lines in which they differ from a dump whose values are the members' offsets."""
+    """-o prints the dump's labels with offsets for values; in the golden "-" is such a line, "+" what -o has."""
     offsets = {field.path.removesuffix("[0]"): field.offset for field in machine.build.fields.values()}
     labels = re.findall(r"^(   ([\w.]+)(?:\[\])? *-+|$)(?: .*)?\n", machine.run("-d").out, re.M)
     lines = [label and f"{label} {offsets['global.' + name]}" for label, name in labels]
@@ -225,8 +226,9 @@ def test_parts_of_the_dump_have_reports_of_their_own(machine):
     machine.fill_with_pattern()
     dump = machine.run("-u").out
     heading, limits, thermal, _ = re.split("(?<=\n)(?=   sPowerReport.CpuPwrCons.0|\n   CPU|\n   Policy)", dump)
-    only = "   sPowerReport.powerLimits.plStatus ----- 1434573986\n   sPowerReport.powerLimits.cpuPLAvailability"
-    limits = limits.replace(only.partition("\n")[2], only)
+    status = int.from_bytes(machine.bytes_of(machine.build.fields["upm.powerLimits.plStatus"]), "little", signed=True)
+    line = f"   sPowerReport.powerLimits.plStatus ----- {status}\n"
+    limits = re.sub("(?=   sPowerReport.powerLimits.cpuPLAvail)", line, limits)
     for arguments, word, part in ("-u -t", "sThermalSection", thermal), ("-u -p -c", "sCpuPwrLimits", limits):
         assert machine.run(*arguments.split()).out == heading + part.replace("sPowerReport", word)
 

@@ -16,8 +16,8 @@ BLOCKS = {name: lines_of(text) for name, text in zip(parts[::2], parts[1::2])}
 
 def with_answers(text, typed):
     """As if the terminal echoed what was typed at each prompt, with a new line after it unless the answer of yes
-    or no leads to the next question. What it is refused with follows on the same line."""
-    answers = iter(typed.split("\n"))
+    or no leads to the next question; "(end)" is the end of input. A refusal follows on the same line."""
+    answers = (line.rstrip("\n") for line in lines_of(typed))
 
     def answered(prompt):
         ends_line = prompt["number"] or prompt["last"] is not None
@@ -59,7 +59,7 @@ def test_dialogue(machine, command):
 
 
 def test_every_field_has_its_bounds(machine):
-    """Answers each question just outside of its bounds, which is refused, and with the upper one."""
+    """Each question refuses what is no number and the numbers just outside its bounds, and takes the upper one."""
     numbers = re.findall(r"^ +([1-9]\d*)\) ", "".join(BLOCKS["policy fields"]), re.M)
     ways = [f"3\n15\n{number}\n" for number in numbers]
     for way in "1\n1\n3\n", "1\n2\n", "2\n3\n":
@@ -69,14 +69,15 @@ def test_every_field_has_its_bounds(machine):
     names = {}  # that are asked for, by their bounds
     for way in ways:
         asked = machine.run_on_terminal(*WIZARD, typed=way + "x\n").out
-        question = re.search(r"((\w+)(?: \(0=.*\))?) (\[(\S+)\.\.(\S+)\]): Invalid (?!number)", asked)
-        minimum, maximum = int(float(question[4])), int(float(question[5]))
+        question = re.search(r"((\w+)(?: \(0=.*\))?) (\[(\S+)\.\.(\S+)\]): (Invalid (?!number).*)", asked)
+        label, name, bounds, *limits, refusal = question.groups()
+        minimum, maximum = (int(float(limit)) for limit in limits)
         outcome = machine.run_on_terminal(*WIZARD, typed=f"{way}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
-        assert outcome.out.count("Out of range.\n" + question[0].rpartition("Invalid")[0]) == 2
-        field = fields.pop(next(name for name in fields if name.endswith(question[2])))
+        assert outcome.out.count("Out of range.\n" + question[0].removesuffix(refusal)) == 2
+        field = fields.pop(next(path for path in fields if path.endswith(name)))
         written = field.pack(maximum) if field.is_real else maximum.to_bytes(8, "little")[:field.size]
         assert outcome.only("write") == [f"write 6 {field.offset} {field.size}: {written.hex(' ')}"]
-        names.setdefault(question[3], []).append(question[1])
+        names.setdefault(f"{bounds} {refusal}", []).append(label)
     assert fields == {}
     compare_with_golden("wizard-bounds.txt", "".join(f"{key}: {', '.join(names[key])}\n" for key in names))
 
