@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <numeric>
-#include <regex>
 
 void refuseIf(bool isWrong, const std::string &message) {
     if (isWrong) {
@@ -45,21 +45,27 @@ std::string escaped(std::string_view text) {
     return line;
 }
 
-std::string unescaped(const std::string &line) {
-    static const std::regex escape(R"(\\(n|t|\\|x([0-9a-f]{2})))");
+std::string unescaped(std::string_view line) {
     std::string text;
-    auto end = line.begin();
-    for (std::sregex_iterator match(line.begin(), line.end(), escape);
-         match != std::sregex_iterator(); ++match) {
-        text.append(end, (*match)[0].first);
-        const char kind = *(*match)[1].first;
-        text += kind == 'n'   ? '\n'
-                : kind == 't' ? '\t'
-                : kind == 'x' ? static_cast<char>(std::stoi((*match)[2], nullptr, 16))
-                              : '\\';
-        end = (*match)[0].second;
+    while (!line.empty()) {
+        const char *digits = line.data() + 2;
+        uint8_t byte = 0;
+        size_t length = 2;
+        if (line.starts_with("\\n") || line.starts_with("\\t")) {
+            text += line[1] == 'n' ? '\n' : '\t';
+        } else if (line.starts_with("\\\\")) {
+            text += '\\';
+        } else if (line.starts_with("\\x") && line.size() >= 4 &&
+                   std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+            text += static_cast<char>(byte);
+            length = 4;
+        } else {
+            text += line[0];
+            length = 1;
+        }
+        line.remove_prefix(length);
     }
-    return text.append(end, line.end());
+    return text;
 }
 
 void complain(const std::string &message) {

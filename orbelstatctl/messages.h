@@ -28,7 +28,7 @@ void takeAll(const std::vector<std::string> &words,
 // The text in printable ASCII, so that none can forge a line or drive a terminal: "\n", "\t", "\\",
 // and "\xhh" for every other byte that is a control character or above 0x7E.
 std::string escaped(std::string_view text);
-std::string unescaped(const std::string &line); // what was escaped
+std::string unescaped(std::string_view line); // what was escaped
 
 // Prints a message, escaped, as one line on standard error.
 void complain(const std::string &message);

@@ -3,19 +3,31 @@
 #include "orbelstatctl/messages.h"
 
 #include <algorithm>
-#include <regex>
+#include <charconv>
+
+static bool parseNumber(std::string_view text, uint32_t &number) {
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end;
+}
+
+// Understands what stands in brackets: "3", "0..3" or "*", which leaves first and last as they are.
+static bool parseElements(std::string_view text, Step &step) {
+    const size_t dots = std::min(text.find(".."), text.size());
+    const bool isOne = dots == text.size() && text != "*";
+    step.index = isOne ? Step::one : Step::range;
+    return text == "*" || (parseNumber(text.substr(0, dots), step.first) &&
+                           parseNumber(isOne ? text : text.substr(dots + 2), step.last));
+}
 
 Path parsePath(const std::string &text, const std::string &shown, const Node &start) {
-    // A name, its brackets with "*", one index or two, and the point before the next step.
-    static const std::regex form(R"(([^.[]*)(\[(?:(\*)|(\d{1,9})(?:\.\.(\d{1,9}))?)\])?(\.|$))");
     Path path;
     const Node *outer = &start;
-    auto rest = text.begin();
-    std::smatch match;
+    std::string_view rest = text;
+    bool isMore = true;
     do {
-        const auto begin = static_cast<size_t>(rest - text.begin());
-        const std::string before = text.substr(0, begin);
-        const std::string name = text.substr(begin, text.find_first_of(".[", begin) - begin);
+        const std::string before = text.substr(0, text.size() - rest.size());
+        const std::string name(rest.substr(0, rest.find_first_of(".[")));
         const auto node = std::ranges::find(outer->members, name, &Node::name);
         if (node == outer->members.end()) {
             std::vector<std::string> names;
@@ -24,26 +36,24 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
             }
             throw Stop{refused, shown + ": no such field" + didYouMean(name, names, before)};
         }
-        // Only now, since it takes stack for each character of the name.
-        const auto flags = std::regex_constants::match_continuous;
-        refuseIf(!std::regex_search(rest, text.end(), match, form, flags),
-                 shown + ": no such field");
-        const bool isIndexed = match[2].matched;
-        const bool isOne = match[4].matched && !match[5].matched;
-        refuseIf(isIndexed && node->count == 0, shown + ": " + before + name + " is no array");
         Step step = allOf(*node);
-        step.index = isOne ? Step::one : isIndexed ? Step::range : Step::none;
-        if (match[4].matched) {
-            step.first = static_cast<uint32_t>(std::stoul(match[4]));
-            step.last = static_cast<uint32_t>(std::stoul(match[isOne ? 4 : 5]));
+        rest.remove_prefix(name.size());
+        if (rest.starts_with('[')) {
+            const size_t end = std::min(rest.find(']'), rest.size() - 1);
+            refuseIf(rest[end] != ']' || !parseElements(rest.substr(1, end - 1), step),
+                     shown + ": no such field");
+            refuseIf(node->count == 0, shown + ": " + before + name + " is no array");
+            refuseIf(step.first > step.last || step.last > node->lastIndex(),
+                     shown + ": " + before + name + " has the elements 0 to " +
+                         std::to_string(node->lastIndex()));
+            rest.remove_prefix(end + 1);
         }
-        refuseIf(step.first > step.last || step.last > node->lastIndex(),
-                 shown + ": " + before + name + " has the elements 0 to " +
-                     std::to_string(node->lastIndex()));
         path.push_back(step);
         outer = &*node;
-        rest = match[0].second;
-    } while (match[6].length() != 0);
+        isMore = !rest.empty();
+        refuseIf(isMore && rest[0] != '.', shown + ": no such field");
+        rest.remove_prefix(isMore ? 1 : 0);
+    } while (isMore);
     return path;
 }
 
@@ -61,63 +71,66 @@ std::string textOf(const Path &path, const std::string &bare) {
     return text;
 }
 
-std::vector<Path> membersBelow(const Path &path) {
+std::vector<Path> membersBelow(const Path &path, Kind kind) {
     const Node &node = path.empty() ? tree() : *path.back().node;
     if (node.isField()) {
-        return {path};
+        return node.is(kind) ? std::vector<Path>{path} : std::vector<Path>();
     }
     std::vector<Path> below;
     for (const Node &member : node.members) {
         Path longer = path;
         longer.push_back(allOf(member));
-        std::ranges::move(membersBelow(longer), std::back_inserter(below));
+        std::ranges::move(membersBelow(longer, kind), std::back_inserter(below));
     }
     return below;
 }
 
-// Adds the fields below an element of a node that paths name. The paths lead to the element, which
-// is `depth` steps below the roots; `element` has its path and its indices.
-static void addFields(const Node &node, size_t depth, const std::vector<Path> &paths,
-                      const Field &element, std::vector<Field> &fields) {
-    for (const Node &member : node.members) {
-        for (uint32_t i = 0; i <= member.lastIndex(); ++i) {
-            std::vector<Path> leading;
-            std::ranges::copy_if(paths, std::back_inserter(leading), [&](const Path &path) {
-                return path.size() <= depth || (path[depth].node == &member &&
-                                                path[depth].first <= i && i <= path[depth].last);
-            });
-            if (leading.empty()) {
-                continue;
-            }
-            Field field{element.path, &member, element.indices, 0};
-            field.path += (depth == 0 ? "" : ".") + std::string(member.name);
-            if (member.count != 0) {
-                field.path += '[' + std::to_string(i) + ']';
-                field.indices.push_back(i);
-            }
-            if (member.isField()) {
-                field.offset = member.offsetAt(field.indices);
-                fields.push_back(field);
-            } else {
-                addFields(member, depth + 1, leading, field, fields);
-            }
+// Adds the fields that the steps of a path lead to from an element of a node; without steps, all.
+static void addFields(const Node &node, std::span<const Step> steps, const Field &element,
+                      std::vector<Field> &fields) {
+    if (steps.empty()) {
+        for (const Node &member : node.members) {
+            const Step all = allOf(member);
+            addFields(node, {&all, 1}, element, fields);
+        }
+        return;
+    }
+    const Node &member = *steps[0].node;
+    for (uint32_t i = steps[0].first; i <= steps[0].last; ++i) {
+        Field field{element.path, &member, element.indices, 0};
+        field.path += (element.path.empty() ? "" : ".") + std::string(member.name);
+        if (member.count != 0) {
+            field.path += '[' + std::to_string(i) + ']';
+            field.indices.push_back(i);
+        }
+        if (member.isField()) {
+            field.offset = member.offsetAt(field.indices);
+            fields.push_back(field);
+        } else {
+            addFields(member, steps.subspan(1), field, fields);
         }
     }
 }
 
-std::vector<Field> fieldsOf(const std::vector<Path> &paths) {
+std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind) {
     std::vector<Field> fields;
-    addFields(tree(), 0, paths, {}, fields);
+    for (const Path &path : paths) {
+        addFields(tree(), path, {}, fields);
+    }
+    std::erase_if(fields, [&](const Field &field) { return !field.node->is(kind); });
     return fields;
 }
 
-std::vector<Path> parsePaths(const std::vector<std::string> &words, bool (Node::*isWanted)() const,
-                             const char *lack) {
-    std::vector<Path> paths(words.empty() ? 1 : 0);
+std::vector<Path> parsePaths(const std::vector<std::string> &words, Kind kind) {
+    if (words.empty()) {
+        return {Path()};
+    }
+    std::vector<Path> paths;
     takeAll(words, [&](const std::string &word) {
         paths.push_back(parsePath(word, word));
-        const auto isMember = [&](const Path &path) { return (path.back().node->*isWanted)(); };
-        refuseIf(std::ranges::none_of(membersBelow(paths.back()), isMember), word + ": " + lack);
+        refuseIf(membersBelow(paths.back(), kind).empty(),
+                 word + (kind == Kind::number ? ": names no number"
+                                              : ": names nothing that may be written"));
     });
     return paths;
 }

@@ -31,9 +31,9 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
 // The path with the elements of each array: [3] or [0..3]; or, where no brackets name all, `bare`.
 std::string textOf(const Path &path, const std::string &bare = "");
 
-// The paths of all members that are fields or arrays of fields and lie below the path, in the order
-// of the records.
-std::vector<Path> membersBelow(const Path &path);
+// The paths of all members of a kind, fields or arrays of fields, that lie below the path, in the
+// order of the records.
+std::vector<Path> membersBelow(const Path &path, Kind kind = Kind::any);
 
 // One field: no array, or one element of an array of fields.
 struct Field {
@@ -43,12 +43,10 @@ struct Field {
     size_t offset;                 // in its section
 };
 
-// The fields that the paths name, each once, in the order of the records.
-std::vector<Field> fieldsOf(const std::vector<Path> &paths);
+// The fields of a kind that the paths name: path after path, those of one in the order of the
+// records.
+std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind = Kind::any);
 
-// The paths that were typed; the one of everything if there are none. Each must lead to a member
-// that is wanted. Complains of every one that is wrong, with `lack` if it leads to none, and throws
-// Stop.
-std::vector<Path> parsePaths(const std::vector<std::string> &words, bool (Node::*isWanted)() const,
-                             const char *lack);
-inline constexpr char mayNotBeWritten[] = "names nothing that may be written";
+// The paths that were typed; the one of everything if there are none. Complains of every one that is
+// wrong or names no field of the kind, and throws Stop.
+std::vector<Path> parsePaths(const std::vector<std::string> &words, Kind kind);

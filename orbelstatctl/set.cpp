@@ -54,10 +54,13 @@ void addAssignments(std::vector<Assignment> &all, const std::string &text,
     refuseIf(!node.isField(), shown + ": names a group; write one of its fields");
     refuseIf(!node.isWritable(), shown + ": may not be written");
     const std::vector<Field> fields = fieldsOf({path});
-    const std::string clear = textOf(path, "[*]");
-    refuseIf(clear != textOf(path),
-             shown + ": names " + std::to_string(fields.size()) + " fields; write " + clear);
-    const std::string bytes = bytesOf(*node.row, text.substr(end + 1), shown);
+    const bool isBare = std::ranges::any_of(
+        path, [](const Step &step) { return step.node->count != 0 && step.index == Step::none; });
+    refuseIf(isBare, shown + ": names " + std::to_string(fields.size()) + " fields; write " +
+                         textOf(path, "[*]"));
+    std::string bytes;
+    const std::string error = parseValue(*node.row, text.substr(end + 1), bytes);
+    refuseIf(!error.empty(), shown + ": " + error);
     for (const Field &field : fields) {
         const auto other = std::ranges::find_if(
             all, [&](const Assignment &assignment) { return assignment.field.path == field.path; });

@@ -6,6 +6,9 @@
 
 #include <vector>
 
+// Which fields a command takes.
+enum class Kind { any, number, writable };
+
 // A root, a group of fields, an array of groups, a field or an array of fields.
 struct Node {
     // Writes bytes at an offset of the section; returns 0 or the library's error code.
@@ -38,6 +41,9 @@ struct Node {
     }
     [[nodiscard]] bool isWritable() const {
         return row != nullptr && row->bound && write != nullptr;
+    }
+    [[nodiscard]] bool is(Kind kind) const {
+        return kind == Kind::any || (kind == Kind::number ? isNumber() : isWritable());
     }
 };
 

@@ -29,12 +29,12 @@ static bool isReal(const Row &row) {
 }
 
 // The largest whole number that a field may be set to.
-static uint32_t maxOf(const Row &row) {
+static uint32_t largestOf(const Row &row) {
     return std::min(*row.bound, maxOf(row.type));
 }
 
 std::string boundsOf(const Row &row) {
-    const std::string max = std::to_string(isReal(row) ? *row.bound : maxOf(row));
+    const std::string max = std::to_string(isReal(row) ? *row.bound : largestOf(row));
     return (isReal(row) ? '-' + max : "0") + ".." + max;
 }
 
@@ -83,30 +83,35 @@ std::string valueOf(const Row &row, const uint8_t *at) {
     }
 }
 
-static double parseReal(const std::string &text, const std::string &shown) {
+static std::string parseReal(const Row &row, const std::string &text, double &value) {
     char *rest = nullptr;
     errno = 0;
-    const double value = strtod(text.c_str(), &rest); // infinite if it is too large
-    const bool isNumber = !text.empty() && isspace(static_cast<unsigned char>(text[0])) == 0;
-    refuseIf(!isNumber || *rest != '\0', shown + ": not a number");
-    refuseIf(value == 0 && errno == ERANGE, shown + ": too small for a double");
-    return value;
+    value = strtod(text.c_str(), &rest); // infinite if it is too large
+    if (text.empty() || isspace(static_cast<unsigned char>(text[0])) != 0 || *rest != '\0') {
+        return "not a number";
+    }
+    if (value == 0 && errno == ERANGE) {
+        return "too small for a double";
+    }
+    return std::fabs(value) > *row.bound ? "not within " + boundsOf(row) : "";
 }
 
-static uint64_t parseWhole(const std::string &text, const std::string &shown) {
-    const size_t sign = text.starts_with('-') ? 1 : 0;
-    const bool isNumber = text.find_first_not_of("0123456789", sign) == std::string::npos;
-    refuseIf(!isNumber || text.size() == sign, shown + ": not a whole number");
-    const uint64_t value = strtoull(text.c_str() + sign, nullptr, 10); // the largest if too large
-    return sign == 1 && value != 0 ? UINT64_MAX : value;
+static std::string parseWhole(const Row &row, const std::string &text, uint64_t &value) {
+    const bool isNegative = text.starts_with('-');
+    const std::string digits = text.substr(isNegative ? 1 : 0);
+    if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos) {
+        return "not a whole number";
+    }
+    value = strtoull(digits.c_str(), nullptr, 10); // the largest if it is too large
+    return value > largestOf(row) || (isNegative && value != 0) ? "not within " + boundsOf(row)
+                                                                : "";
 }
 
-std::string bytesOf(const Row &row, const std::string &text, const std::string &shown) {
-    const double real = isReal(row) ? parseReal(text, shown) : 0;
-    const uint64_t whole = isReal(row) ? 0 : parseWhole(text, shown);
-    refuseIf(std::fabs(real) > *row.bound || whole > maxOf(row),
-             shown + ": not within " + boundsOf(row));
-    // Of a whole number the low bytes are the field's, and they come first.
-    const void *bytes = isReal(row) ? static_cast<const void *>(&real) : &whole;
-    return {static_cast<const char *>(bytes), row.size};
+std::string parseValue(const Row &row, const std::string &text, std::string &bytes) {
+    double real = 0;
+    uint64_t whole = 0; // its low bytes are the field's, and they come first
+    std::string error = isReal(row) ? parseReal(row, text, real) : parseWhole(row, text, whole);
+    const void *value = isReal(row) ? static_cast<const void *>(&real) : &whole;
+    bytes.assign(static_cast<const char *>(value), row.size);
+    return error;
 }

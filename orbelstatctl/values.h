@@ -20,7 +20,6 @@ std::string textAt(const Row &row, const uint8_t *at);
 // below 1e16; a text up to its first NUL and escaped; bytes as hexadecimal digits.
 std::string valueOf(const Row &row, const uint8_t *at);
 
-// The bytes of a field that may be written, from a text: digits, with a sign for a negative number,
-// or for a double what strtod takes. Throws Stop if the text is no such number or not within the
-// bounds; then the message begins with `shown`.
-std::string bytesOf(const Row &row, const std::string &text, const std::string &shown);
+// Takes the bytes of a field that may be written from a text: digits, with a sign for a negative
+// number, or for a double what strtod takes. Returns why the text is refused, or "".
+std::string parseValue(const Row &row, const std::string &text, std::string &bytes);

@@ -98,7 +98,7 @@ static bool writeUnlessEnded(std::string_view text, int endSignals) {
 }
 
 int watchFields(const Words &words, double seconds, uint64_t count, bool isCsv) {
-    const std::vector<Field> fields = fieldsOf(parsePaths(words, &Node::isField, ""));
+    const std::vector<Field> fields = fieldsOf(parsePaths(words, Kind::any));
     const std::chrono::duration<double> interval(seconds);
     const int endSignals = openEndSignals();
     const auto start = Clock::now();

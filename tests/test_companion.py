@@ -125,7 +125,7 @@ def test_numbers_have_the_fewest_digits_that_read_back(machine, ctl, number, tex
 
 
 def test_a_word_may_be_long(ctl):
-    for words, typed in (["get", "x" * 100000], ""), (["set", "-"], "psu[" + "0" * 200000 + "]=1\n"):
+    for words, typed in (["get", "x" * 100000], ""), (["set", "-"], "psu[" + "9" * 200000 + "]=1\n"):
         assert ctl(*words, typed=typed, status=2).err.endswith(": no such field\n")
 
 
@@ -316,7 +316,7 @@ def test_watch_prints_rows(machine, ctl):
 
 def test_watch_goes_on_after_a_failed_read(ctl):
     """The third read is the second look's first."""
-    outcome = ctl("watch", "-i", "0.1", "-n", "9", "--csv", "config.instHeadroom", STATE, FAIL_READ="3:-5", status=1)
+    outcome = ctl("watch", "-i", "0.1", "-n", "9", "--csv", STATE, "config.instHeadroom", FAIL_READ="3:-5", status=1)
     assert outcome.err == ("orbelstatctl: section 6 (reporting, upm): cannot be read, error -5 of the library "
                            "(Input/output error)\n")
     rows = [row.partition(",")[2] for row in outcome.out.splitlines()[1:]]
