@@ -32,7 +32,7 @@ Path parsePath(const std::string &text, const std::string &shown, const Node &st
 std::string textOf(const Path &path, const std::string &bare = "");
 
 // The paths of all members of a kind, fields or arrays of fields, that lie below the path, in the
-// order of the records.
+// order of the reports.
 std::vector<Path> membersBelow(const Path &path, Kind kind = Kind::any);
 
 // One field: no array, or one element of an array of fields.
@@ -44,7 +44,7 @@ struct Field {
 };
 
 // The fields of a kind that the paths name: path after path, those of one in the order of the
-// records.
+// reports.
 std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind = Kind::any);
 
 // The paths that were typed; the one of everything if there are none. Complains of every one that is

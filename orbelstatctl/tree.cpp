@@ -34,8 +34,8 @@ struct Root {
 static constexpr Table globalTables[] = {{"", 0, 0, globalSectionRows}};
 static constexpr Table psuTables[] = {
     {"", offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsBeforeBus},
-    {"", offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsAfterBus},
     {"psuBus", offsetof(sPSUInfoSection, buses), sizeof(sPSUBusInfo), psuBusRows},
+    {"", offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsAfterBus},
 };
 static constexpr Table reportingTables[] = {{"", 0, 0, powerReportingRows}};
 static constexpr Table upmTables[] = {{"", upmBlockOffset, 0, upmRows}};
@@ -52,11 +52,8 @@ static_assert(std::ranges::all_of(roots, [](const Root &root) {
     return std::ranges::count(allSections, root.section.id, &Section::id) == 1;
 }));
 
-// The node that a path leads to, made as needed; its last step has the count.
-static Node &nodeAt(Node &start, std::string_view path, uint32_t count = 0) {
-    if (path.empty()) {
-        return start;
-    }
+// The node that a path leads to, made as needed.
+static Node &nodeAt(Node &start, std::string_view path) {
     const size_t end = std::min(path.find('.'), path.size());
     const std::string_view name = path.substr(0, end);
     auto member = std::ranges::find(start.members, name, &Node::name);
@@ -64,68 +61,48 @@ static Node &nodeAt(Node &start, std::string_view path, uint32_t count = 0) {
         start.members.push_back({name, start.section, start.write});
         member = start.members.end() - 1;
     }
-    if (end < path.size()) {
-        return nodeAt(*member, path.substr(end + 1), count);
-    }
-    member->count = count;
-    return *member;
+    return end < path.size() ? nodeAt(*member, path.substr(end + 1)) : *member;
 }
 
-// A row of a record, and the row that nests it, if one does.
-struct Place {
-    const Table *table;
-    const Row *outer;
-    const Row *row;
-    size_t begin; // within the section, of the first of all elements
-    size_t end;
-};
-
-// The rows of a root that show members, each member once, in the order of the section. Reports show
-// members in an order of their own, some twice, and an element by a row of its own.
-static std::vector<Place> placesOf(const Root &root) {
-    std::vector<Place> places;
-    const auto add = [&](const Table &table, const Row *outer, const Row &row) {
-        if (!row.path.empty()) {
-            const size_t begin = table.offset + (outer != nullptr ? outer->offset : 0) + row.offset;
-            places.push_back(
-                {&table, outer, &row, begin, begin + size_t{row.size} * row.elements()});
+// Adds the members that rows show, below a node. The first of their records begins at an offset of
+// the section; the strides are those of the arrays on the way.
+static void addRows(Node &node, std::span<const Row> rows, size_t offset,
+                    const std::vector<size_t> &strides) {
+    for (const Row &row : rows) {
+        if (row.path.empty() || row.path.ends_with(']')) {
+            continue; // no member, or one element of an array that has a row of its own
         }
-    };
-    for (const Table &table : root.tables) {
-        for (const Row &row : table.rows) {
-            for (const Row &inner : row.nested) {
-                add(table, &row, inner);
-            }
-            if (row.nested.empty()) {
-                add(table, nullptr, row);
-            }
+        Node &member = nodeAt(node, row.path);
+        if (member.row != nullptr) {
+            continue; // a second row of the member
+        }
+        std::vector<size_t> all = strides;
+        all.insert(all.end(), row.isArray() ? 1 : 0, row.size);
+        member.count = row.count;
+        if (row.nested.empty()) {
+            member.row = &row;
+            member.offset = offset + row.offset;
+            member.strides = all;
+        } else {
+            addRows(member, row.nested, offset + row.offset, all);
         }
     }
-    std::ranges::stable_sort(places, [](const Place &left, const Place &right) {
-        return left.begin != right.begin ? left.begin < right.begin : left.end > right.end;
-    });
-    const auto isInside = [](const Place &outer, const Place &inner) {
-        return inner.end <= outer.end;
-    };
-    places.erase(std::unique(places.begin(), places.end(), isInside), places.end());
-    return places;
 }
 
-static void addRoot(Node &all, const Root &root) {
-    all.members.push_back({root.name, root.section, root.write, root.count});
-    for (const Place &place : placesOf(root)) {
-        Node *node = &nodeAt(all.members.back(), place.table->group);
-        std::vector<size_t> strides(root.count != 0 ? 1 : 0, place.table->stride);
-        for (const Row *row : {place.outer, place.row}) {
-            if (row != nullptr) {
-                node = &nodeAt(*node, row->path, row->count);
-                strides.insert(strides.end(), row->isArray() ? 1 : 0, row->size);
-            }
+static Node makeTree() {
+    Node all;
+    for (const Root &root : roots) {
+        all.members.push_back({root.name, root.section, root.write, root.count});
+        Node &node = all.members.back();
+        for (const Table &table : root.tables) {
+            Node &group = table.group.empty() ? node : nodeAt(node, table.group);
+            addRows(group, table.rows, table.offset,
+                    std::vector<size_t>(root.count != 0 ? 1 : 0, table.stride));
         }
-        node->row = place.row;
-        node->offset = place.begin;
-        node->strides = strides;
     }
+    Node &policies = nodeAt(all, "upm.policies");
+    policies.members.insert(policies.members.begin(), {"name", policies.section});
+    return all;
 }
 
 size_t Node::offsetAt(const std::vector<uint32_t> &indices) const {
@@ -133,14 +110,6 @@ size_t Node::offsetAt(const std::vector<uint32_t> &indices) const {
 }
 
 const Node &tree() {
-    static const Node all = [] {
-        Node made;
-        for (const Root &root : roots) {
-            addRoot(made, root);
-        }
-        Node &policies = nodeAt(made, "upm.policies", policyCount);
-        policies.members.insert(policies.members.begin(), {"name", policies.section});
-        return made;
-    }();
+    static const Node all = makeTree();
     return all;
 }

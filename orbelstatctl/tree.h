@@ -18,7 +18,7 @@ struct Node {
     Section section{};
     Write *write = nullptr;         // null where nothing may be written
     uint32_t count = 0;             // of elements; 0 if it is no array
-    std::vector<Node> members = {}; // in the order of the record; none if it is a field
+    std::vector<Node> members = {}; // in the order of the report; none if it is a field
     const Row *row = nullptr;       // of a field; null of a group and of the name of a policy
     size_t offset = 0;              // of a field in its section, where all indices are 0
     std::vector<size_t> strides =
