@@ -11,7 +11,7 @@ struct __attribute__((packed)) Inner { uint16_t number; };
 struct __attribute__((packed)) Outer { Inner inner; };
 struct __attribute__((packed)) Record {
     uint8_t byte; uint16_t words[4]; int16_t small; uint32_t large; char text[8]; std::byte raw[8]; bool flag;
-    Inner inner; Outer outer;
+    Inner inner; Outer outer; uint64_t huge; float real; double twice;
 };
 struct __attribute__((packed)) Wide { uint32_t first; uint16_t beyond; };
 inline constexpr Row innerRows[] = {ROW(Inner, number)};
@@ -19,10 +19,10 @@ inline constexpr Row outerRows[] = {ROW(Outer, inner).nesting(innerRows)};
 inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
 """
 RIGHT = """ROW(Record, byte).as(Format::hex).asSwitch(), ROW(Record, words).as(Format::hexList4),
-    ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX),
+    ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX), ROW(Record, twice).upTo(9),
     ROW(Record, text).verbatim("text "), ROW(Record, raw), ROW(Record, inner).nesting(innerRows), line("--")"""
 FORMAT = "a second format, or one that is not for the member's type"
-BOUND = "a second bound, or a bound of what is no number"
+BOUND = "a second bound, or a bound of a type that nobody writes"
 STRUCT = "rows of another struct, or rows that nest rows themselves"
 TWICE = "rows nested twice, or in what is no struct"
 
@@ -49,6 +49,8 @@ def test_a_right_table_compiles():
     ("ROW(Record, byte).upTo(1).upTo(2)", BOUND),
     ("ROW(Record, text).upTo(1)", BOUND),
     ("ROW(Record, raw).upTo(1)", BOUND),
+    ("ROW(Record, huge).upTo(1)", BOUND),
+    ("ROW(Record, real).upTo(1)", BOUND),
     ("ROW(Record, raw).as(Format::decimalList)", FORMAT),
     ("ROW(Record, inner).lowBytesUpTo(1)", BOUND),
     ('line("--").upTo(1)', BOUND),

@@ -123,6 +123,22 @@ constexpr bool canShow(Format format, Type type, bool isArray) {
     return false;
 }
 
+// Whether a member of this type can have a bound: who writes knows whole numbers of up to four
+// bytes, and doubles.
+constexpr bool canHaveBound(Type type) {
+    switch (type) {
+    case Type::none:
+    case Type::u64:
+    case Type::f32:
+    case Type::text:
+    case Type::bytes:
+    case Type::record:
+        return false;
+    default:
+        return true;
+    }
+}
+
 // The reports, of those that share a table, in which a row appears; each such table names its own.
 using Views = uint8_t;
 inline constexpr Views inAllViews = 0xFF;
@@ -171,8 +187,8 @@ struct [[nodiscard]] Row {
     }
     // Writable from 0 to a bound that the member need not hold: its low bytes are written.
     consteval Row lowBytesUpTo(uint32_t max) const {
-        if (bound || type == Type::none || type == Type::record || isRun(type)) {
-            refuseRow("a second bound, or a bound of what is no number");
+        if (bound || !canHaveBound(type)) {
+            refuseRow("a second bound, or a bound of a type that nobody writes");
         }
         Row changed = *this;
         changed.bound = max;
