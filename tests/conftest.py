@@ -13,6 +13,8 @@ def pytest_addoption(parser):
 
 
 def pytest_configure(config):
+    if config.getoption("record") and config.getoption("numprocesses", None):
+        raise pytest.UsageError("--record: without -n; tests that write one file at once lose entries of it")
     Machine.is_recording = config.getoption("record")
 
 
