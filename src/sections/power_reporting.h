@@ -175,19 +175,6 @@ static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
 static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
 static_assert(offsetof(sTolmAbsPowerReporting, upmBlock) == 28661);
 
-// Byte offsets in the section of the current power readings, the u16CurPwr of each entry. Entry i
-// of an array lies i * sizeof(sPwrConsEntry) bytes after the first.
-inline constexpr size_t cpuPowerOffset = offsetof(sTolmAbsPowerReporting, CpuPwrCons[0].u16CurPwr);
-inline constexpr size_t memPowerOffset = offsetof(sTolmAbsPowerReporting, MemPwrCons[0].u16CurPwr);
-inline constexpr size_t systemInputPowerOffset =
-    offsetof(sTolmAbsPowerReporting, SystemInputPwrCons.u16CurPwr);
-inline constexpr size_t systemOutputPowerOffset =
-    offsetof(sTolmAbsPowerReporting, SystemOutputPwrCons.u16CurPwr);
-static_assert(cpuPowerOffset == 1183);
-static_assert(memPowerOffset == 1268);
-static_assert(systemInputPowerOffset == 1421);
-static_assert(systemOutputPowerOffset == 1438);
-
 // The lines of one kind's statistics over a period.
 #define AVERAGE_AND_MINIMUM(period, kind)                                                          \
     ROW(sTolmAbsPowerReporting, period.kind.average).labelled(#period "_avg_cups_" #kind),         \
