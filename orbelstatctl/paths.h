@@ -47,6 +47,6 @@ struct Field {
 // reports.
 std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind = Kind::any);
 
-// The paths that were typed; the one of everything if there are none. Complains of every one that is
-// wrong or names no field of the kind, and throws Stop.
+// The paths that were typed; the one of everything if there are none. Complains of every one that
+// is wrong or names no field of the kind, and throws Stop.
 std::vector<Path> parsePaths(const std::vector<std::string> &words, Kind kind);

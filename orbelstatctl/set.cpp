@@ -84,22 +84,21 @@ void writeAssignments(const std::vector<Assignment *> &changes) {
     }
 }
 
-// Returns whether the bytes of its section, null if they cannot be read, confirm an assignment; if
-// not, complains.
-bool verify(const Assignment &assignment, const uint8_t *section) {
-    const std::string &path = assignment.field.path;
-    if (section != nullptr && assignment.error == 0 && assignment.isHeld(section)) {
-        return true;
+// What is wrong with an assignment after all writes; "" if the bytes of its section, null if they
+// cannot be read, confirm it.
+std::string problemOf(const Assignment &assignment, const uint8_t *section) {
+    if (assignment.error == 0 && section != nullptr && assignment.isHeld(section)) {
+        return "";
     }
     const std::string found =
         section == nullptr ? "not verified" : "holds " + assignment.valueIn(section);
-    const std::string error = ": cannot be written, error " + std::to_string(assignment.error);
-    const bool isUnknown = assignment.isLeftAlone && section == nullptr;
-    complain(path + (assignment.error != 0  ? error + " of the library; " + found
-                     : assignment.isWritten ? ": written, but " + found
-                     : isUnknown            ? ": not verified"
-                                            : ": not written"));
-    return false;
+    if (assignment.error != 0) {
+        return "cannot be written, " + libraryError(assignment.error) + "; " + found;
+    }
+    if (assignment.isWritten) {
+        return "written, but " + found;
+    }
+    return assignment.isLeftAlone && section == nullptr ? "not verified" : "not written";
 }
 
 } // namespace
@@ -137,7 +136,11 @@ int setFields(const Words &words, bool isDryRun) {
     source.refresh();
     bool areHeld = true;
     for (const Assignment &assignment : assignments) {
-        areHeld = verify(assignment, source.bytesOf(assignment.field.node->section)) && areHeld;
+        const uint8_t *section = source.bytesOf(assignment.field.node->section);
+        if (const std::string problem = problemOf(assignment, section); !problem.empty()) {
+            complain(assignment.field.path + ": " + problem);
+            areHeld = false;
+        }
     }
     return areHeld ? succeeded : failed;
 }

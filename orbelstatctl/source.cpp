@@ -10,8 +10,7 @@
 #include <fstream>
 #include <sstream>
 
-// "error -2 of the library (No such file or directory)".
-static std::string libraryError(int error) {
+std::string libraryError(int error) {
     const char *meaning = -4096 < error && error < 0 ? strerrordesc_np(-error) : nullptr;
     return "error " + std::to_string(error) + " of the library" +
            (meaning != nullptr ? std::string(" (") + meaning + ')' : "");

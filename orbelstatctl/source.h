@@ -6,6 +6,9 @@
 #include <map>
 #include <optional>
 
+// "error -2 of the library (No such file or directory)".
+std::string libraryError(int error);
+
 class Source {
   public:
     // A capture's directory; "" for the live memory.
