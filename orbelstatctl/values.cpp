@@ -8,20 +8,40 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <map>
 
 std::string typeNameOf(const Node &field) {
     if (field.isPolicyName()) {
         return "text";
     }
-    static const std::map<Type, std::string> names = {
-        {Type::i16, "i16"},     {Type::i32, "i32"},   {Type::f32, "float"}, {Type::f64, "double"},
-        {Type::time, "time32"}, {Type::text, "char"}, {Type::bytes, "byte"}};
-    const auto name = names.find(field.row->type);
-    const std::string size = std::to_string(field.row->size);
-    return name == names.end()      ? 'u' + std::to_string(8 * field.row->size)
-           : isRun(field.row->type) ? name->second + '[' + size + ']'
-                                    : name->second;
+    switch (field.row->type) {
+    case Type::u8:
+        return "u8";
+    case Type::u16:
+    case Type::domain:
+        return "u16";
+    case Type::u32:
+        return "u32";
+    case Type::u64:
+        return "u64";
+    case Type::i16:
+        return "i16";
+    case Type::i32:
+        return "i32";
+    case Type::f32:
+        return "float";
+    case Type::f64:
+        return "double";
+    case Type::time:
+        return "time32";
+    case Type::text:
+        return "char[" + std::to_string(field.row->size) + ']';
+    case Type::bytes:
+        return "byte[" + std::to_string(field.row->size) + ']';
+    case Type::none:
+    case Type::record:
+        break;
+    }
+    return ""; // no field's type
 }
 
 static bool isReal(const Row &row) {
@@ -77,10 +97,19 @@ std::string valueOf(const Row &row, const uint8_t *at) {
             digits += "0123456789abcdef"[at[i] % 16];
         }
         return digits;
-    default:
+    case Type::u8:
+    case Type::u16:
+    case Type::u32:
+    case Type::u64:
+    case Type::time:
+    case Type::domain:
         memcpy(&number, at, row.size);
         return std::to_string(number);
+    case Type::none:
+    case Type::record:
+        break;
     }
+    return ""; // shows no field
 }
 
 static std::string parseReal(const Row &row, const std::string &text, double &value) {

@@ -15,16 +15,16 @@ struct __attribute__((packed)) Record {
 };
 struct __attribute__((packed)) Wide { uint32_t first; uint16_t beyond; };
 inline constexpr Row innerRows[] = {ROW(Inner, number)};
-inline constexpr Row outerRows[] = {ROW(Outer, inner).nesting(innerRows)};
+inline constexpr Row outerRows[] = {GROUP(Outer, inner, innerRows)};
 inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
 """
 RIGHT = """ROW(Record, byte).as(Format::hex).asSwitch(), ROW(Record, words).as(Format::hexList4),
     ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX), ROW(Record, twice).upTo(9),
-    ROW(Record, text).verbatim("text "), ROW(Record, raw), ROW(Record, inner).nesting(innerRows), line("--")"""
+    ROW(Record, text).verbatim("text "), ROW(Record, raw), GROUP(Record, inner, innerRows), line("--")"""
 FORMAT = "a second format, or one that is not for the member's type"
 BOUND = "a second bound, or a bound of a type that nobody writes"
 STRUCT = "rows of another struct, or rows that nest rows themselves"
-TWICE = "rows nested twice, or in what is no struct"
+GROUPS = "a struct without the rows of its members, or rows in what is no struct"
 
 
 def compiled(declaration):
@@ -52,12 +52,12 @@ def test_a_right_table_compiles():
     ("ROW(Record, huge).upTo(1)", BOUND),
     ("ROW(Record, real).upTo(1)", BOUND),
     ("ROW(Record, raw).as(Format::decimalList)", FORMAT),
-    ("ROW(Record, inner).lowBytesUpTo(1)", BOUND),
+    ("GROUP(Record, inner, innerRows).lowBytesUpTo(1)", BOUND),
     ('line("--").upTo(1)', BOUND),
-    ("ROW(Record, inner).nesting(innerRows).nesting(innerRows)", TWICE),
-    ("ROW(Record, large).nesting(innerRows)", TWICE),
-    ("ROW(Record, outer).nesting(outerRows)", STRUCT),
-    ("ROW(Record, inner).nesting(wideRows)", STRUCT),
+    ("ROW(Record, inner)", GROUPS),
+    ("GROUP(Record, large, innerRows)", GROUPS),
+    ("GROUP(Record, outer, outerRows)", STRUCT),
+    ("GROUP(Record, inner, wideRows)", STRUCT),
     ("ROW(Record, flag)", "a type that no row shows"),
     ('*rowOf(innerRows, "missing")', "no row has this path"),
 ])

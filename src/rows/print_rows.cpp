@@ -57,8 +57,20 @@ void putWhole(TextBuffer &out, Type type, const uint8_t *at) {
     case Type::u64:
         out.putUnsigned(load<uint64_t>(at));
         break;
-    default:
-        out.putSigned(type == Type::i16 ? load<int16_t>(at) : load<int32_t>(at));
+    case Type::i16:
+        out.putSigned(load<int16_t>(at));
+        break;
+    case Type::i32:
+        out.putSigned(load<int32_t>(at));
+        break;
+    case Type::none:
+    case Type::f32:
+    case Type::f64:
+    case Type::time:
+    case Type::text:
+    case Type::bytes:
+    case Type::record:
+        break; // no whole numbers
     }
 }
 
@@ -98,10 +110,18 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
     case Type::text:
         out.put(textAt(at, strnlen(reinterpret_cast<const char *>(at), row.size)));
         break;
-    case Type::none:
-        break;
-    default:
+    case Type::u8:
+    case Type::u16:
+    case Type::u32:
+    case Type::u64:
+    case Type::i16:
+    case Type::i32:
         putWhole(out, row.type, at);
+        break;
+    case Type::none:
+    case Type::bytes: // which are a list
+    case Type::record:
+        break;
     }
     out.put('\n');
 }

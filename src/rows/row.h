@@ -7,8 +7,9 @@
 //         ROW(sPolicy, SFOffset).lowBytesUpTo(100000).as(Format::widened),
 //     };
 //
-// ROW alone takes path, type, place and size from the member. What else a row says is said by its
-// functions that return a changed row. What cannot be right does not compile.
+// ROW takes path, type, place and size from the member, GROUP those of a struct and the rows in it.
+// What else a row says is said by its functions that return a changed row. What cannot be right
+// does not compile.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +26,8 @@ enum class Time32 : uint32_t {};
 enum class PowerDomain : uint16_t {};
 
 // What a member is, or each element of it if it is an array; none of a line that shows no member.
-// A text and bytes without a meaning are no arrays: each is one whole.
+// A text and bytes without a meaning are no arrays: each is one whole. No switch over types has a
+// default, so the compiler names all that a new one needs.
 // clang-format off
 enum class Type : uint8_t {
     none, u8, u16, u32, u64, i16, i32, f32, f64, time, domain, text, bytes, record
@@ -61,9 +63,18 @@ constexpr uint32_t maxOf(Type type) {
         return INT16_MAX;
     case Type::i32:
         return INT32_MAX;
-    default:
-        return UINT32_MAX;
+    case Type::none:
+    case Type::u32:
+    case Type::u64:
+    case Type::f32:
+    case Type::f64:
+    case Type::time:
+    case Type::text:
+    case Type::bytes:
+    case Type::record:
+        break;
     }
+    return UINT32_MAX;
 }
 
 // How a line shows a member.
@@ -134,9 +145,17 @@ constexpr bool canHaveBound(Type type) {
     case Type::bytes:
     case Type::record:
         return false;
-    default:
+    case Type::u8:
+    case Type::u16:
+    case Type::u32:
+    case Type::i16:
+    case Type::i32:
+    case Type::f64:
+    case Type::time:
+    case Type::domain:
         return true;
     }
+    return false;
 }
 
 // The reports, of those that share a table, in which a row appears; each such table names its own.
@@ -207,19 +226,6 @@ struct [[nodiscard]] Row {
         changed.format = other;
         return changed;
     }
-    consteval Row nesting(std::span<const Row> rows) const {
-        if (type != Type::record || !nested.empty()) {
-            refuseRow("rows nested twice, or in what is no struct");
-        }
-        for (const Row &row : rows) {
-            if (!row.nested.empty() || row.offset + row.size * row.elements() > size) {
-                refuseRow("rows of another struct, or rows that nest rows themselves");
-            }
-        }
-        Row changed = *this;
-        changed.nested = rows;
-        return changed;
-    }
     consteval Row labelled(std::string_view text) const {
         Row changed = *this;
         changed.label = text;
@@ -237,20 +243,34 @@ struct [[nodiscard]] Row {
     }
 };
 
-template <typename Member> consteval Row makeRow(std::string_view path, size_t offset) {
+template <typename Member>
+consteval Row makeRow(std::string_view path, size_t offset, std::span<const Row> nested = {}) {
     constexpr bool isArray = typeOf<Member> == Type::none;
     using Element = std::conditional_t<isArray, std::remove_extent_t<Member>, Member>;
     static_assert(typeOf<Element> != Type::none, "a type that no row shows");
+    if ((typeOf<Element> == Type::record) == nested.empty()) {
+        refuseRow("a struct without the rows of its members, or rows in what is no struct");
+    }
+    for (const Row &row : nested) {
+        if (!row.nested.empty() || row.offset + row.size * row.elements() > sizeof(Element)) {
+            refuseRow("rows of another struct, or rows that nest rows themselves");
+        }
+    }
     return {.label = path,
             .path = path,
             .type = typeOf<Element>,
             .format = typeOf<Element> == Type::bytes ? Format::hexList : Format::plain,
             .count = isArray ? std::extent_v<Member> : 0,
             .size = sizeof(Element),
-            .offset = static_cast<uint32_t>(offset)};
+            .offset = static_cast<uint32_t>(offset),
+            .nested = nested};
 }
 #define ROW(record, member)                                                                        \
     makeRow<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member))
+// A member that is a struct, or an array of them, with the rows of that struct.
+#define GROUP(record, member, rows)                                                                \
+    makeRow<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member),  \
+                                                               rows)
 
 // A line that shows no member.
 consteval Row line(std::string_view text) {

@@ -225,12 +225,12 @@ inline constexpr Row policyRows[] = {
 
 inline constexpr Row upmRows[] = {
     line("\n   Power Limits:  ").onlyIn(inDump | inLimits),
-    ROW(sUpmBlock, powerLimits).nesting(powerLimitRows).onlyIn(inDump | inLimits),
+    GROUP(sUpmBlock, powerLimits, powerLimitRows).onlyIn(inDump | inLimits),
     line("\n   CPU Power Thermal:  ").onlyIn(inDump | inThermal),
-    ROW(sUpmBlock, cpuPwrThermal).nesting(thermalRows).onlyIn(inDump | inThermal),
+    GROUP(sUpmBlock, cpuPwrThermal, thermalRows).onlyIn(inDump | inThermal),
     // The reports print these by themselves.
-    ROW(sUpmBlock, policyState).nesting(policyStateRows).onlyIn(inNoView),
-    ROW(sUpmBlock, policies).nesting(policyRows).onlyIn(inNoView),
+    GROUP(sUpmBlock, policyState, policyStateRows).onlyIn(inNoView),
+    GROUP(sUpmBlock, policies, policyRows).onlyIn(inNoView),
     ROW(sUpmBlock, timestamp).onlyIn(inNoView),
 };
 // clang-format on

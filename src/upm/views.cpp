@@ -11,10 +11,10 @@
 // clang-format off
 static constexpr std::span<const Row> currentPowerRows = powerRows.first(1);
 static constexpr Row powerReadingRows[] = {
-    ROW(sTolmAbsPowerReporting, CpuPwrCons).nesting(currentPowerRows),
-    ROW(sTolmAbsPowerReporting, MemPwrCons).nesting(currentPowerRows),
-    ROW(sTolmAbsPowerReporting, SystemInputPwrCons).nesting(currentPowerRows),
-    ROW(sTolmAbsPowerReporting, SystemOutputPwrCons).nesting(currentPowerRows),
+    GROUP(sTolmAbsPowerReporting, CpuPwrCons, currentPowerRows),
+    GROUP(sTolmAbsPowerReporting, MemPwrCons, currentPowerRows),
+    GROUP(sTolmAbsPowerReporting, SystemInputPwrCons, currentPowerRows),
+    GROUP(sTolmAbsPowerReporting, SystemOutputPwrCons, currentPowerRows),
 };
 // clang-format on
 
