@@ -55,9 +55,9 @@ target_include_directories(orbel_platform SYSTEM INTERFACE ${PLATFORM_INCLUDE_DI
 target_link_libraries(orbel_platform INTERFACE ${PLATFORM_SHM_LIBRARY} ${PLATFORM_DATA_LIBRARY}
     -Wl,--push-state,--no-as-needed ${PLATFORM_EXTRA_LIBRARIES} -Wl,--pop-state)
 
-# try_platform(REASON TYPE SOURCE...): compiles sources as the program's are, and links them if the
+# check_platform(REASON TYPE SOURCE...): compiles sources as the program's are, and links them if the
 # type is EXECUTABLE. REASON is empty, or why that fails.
-function(try_platform reason type)
+function(check_platform reason type)
     set(CMAKE_TRY_COMPILE_TARGET_TYPE ${type})
     try_compile(works SOURCES ${ARGN} NO_CACHE OUTPUT_VARIABLE output
         CMAKE_FLAGS "-DINCLUDE_DIRECTORIES=${PROJECT_SOURCE_DIR}/src"
@@ -75,13 +75,13 @@ endfunction()
 set(source_SHM ${PROJECT_SOURCE_DIR}/src/shm/platform_shm.c)
 set(source_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
 foreach(part SHM DATA)
-    try_platform(reason STATIC_LIBRARY ${source_${part}})
+    check_platform(reason STATIC_LIBRARY ${source_${part}})
     if(reason)
         message(FATAL_ERROR
             "PLATFORM_${part}_HEADER: ${PLATFORM_${part}_HEADER} cannot be used: ${reason}")
     endif()
 endforeach()
-try_platform(reason EXECUTABLE
+check_platform(reason EXECUTABLE
     ${source_SHM} ${source_DATA} ${PROJECT_SOURCE_DIR}/cmake/platform_trial.cpp)
 if(reason)
     # Which library it is about: the one that the linker names, or that lacks the function, or one

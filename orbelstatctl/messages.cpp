@@ -74,7 +74,7 @@ void complain(const std::string &message) {
 
 void print(std::string_view text) {
     fwrite(text.data(), 1, text.size(), stdout);
-    noteLostOutput();
+    recordOutputError();
 }
 
 // How many letters have to be put in, taken out or changed; case does not count.

@@ -37,7 +37,7 @@ struct Node {
         return isField() && row == nullptr;
     }
     [[nodiscard]] bool isNumber() const {
-        return row != nullptr && !isRun(row->type);
+        return row != nullptr && !isByteString(row->type);
     }
     [[nodiscard]] bool isWritable() const {
         return row != nullptr && row->bound && write != nullptr;

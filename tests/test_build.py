@@ -18,8 +18,8 @@ inline constexpr Row innerRows[] = {ROW(Inner, number)};
 inline constexpr Row outerRows[] = {GROUP(Outer, inner, innerRows)};
 inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
 """
-RIGHT = """ROW(Record, byte).as(Format::hex).asSwitch(), ROW(Record, words).as(Format::hexList4),
-    ROW(Record, small).lowBytesUpTo(100000).as(Format::widened), ROW(Record, large).upTo(UINT32_MAX), ROW(Record, twice).upTo(9),
+RIGHT = """ROW(Record, byte).as(Format::hex).asFlag(), ROW(Record, words).as(Format::hexList4),
+    ROW(Record, small).truncatingUpTo(100000).as(Format::signExtended), ROW(Record, large).upTo(UINT32_MAX), ROW(Record, twice).upTo(9),
     ROW(Record, text).verbatim("text "), ROW(Record, raw), GROUP(Record, inner, innerRows), line("--")"""
 FORMAT = "a second format, or one that is not for the member's type"
 BOUND = "a second bound, or a bound of a type that nobody writes"
@@ -35,12 +35,12 @@ def compiled(declaration):
 
 def test_a_right_table_compiles():
     assert compiled(f"constexpr Row rows[] = {{{RIGHT}}}; "
-                    'constexpr const Row *row = rowOf(rows, "large");').stderr == ""
+                    'constexpr const Row *row = findRow(rows, "large");').stderr == ""
 
 
 @pytest.mark.parametrize("row, reason", [
     ("ROW(Record, small).as(Format::signedDecimal)", FORMAT),
-    ("ROW(Record, large).as(Format::widened)", FORMAT),
+    ("ROW(Record, large).as(Format::signExtended)", FORMAT),
     ("ROW(Record, words).as(Format::hexListAndText)", FORMAT),
     ("ROW(Record, byte).as(Format::hexList)", FORMAT),
     ("ROW(Record, byte).as(Format::hex).as(Format::threePlaces)", FORMAT),
@@ -52,14 +52,14 @@ def test_a_right_table_compiles():
     ("ROW(Record, huge).upTo(1)", BOUND),
     ("ROW(Record, real).upTo(1)", BOUND),
     ("ROW(Record, raw).as(Format::decimalList)", FORMAT),
-    ("GROUP(Record, inner, innerRows).lowBytesUpTo(1)", BOUND),
+    ("GROUP(Record, inner, innerRows).truncatingUpTo(1)", BOUND),
     ('line("--").upTo(1)', BOUND),
     ("ROW(Record, inner)", GROUPS),
     ("GROUP(Record, large, innerRows)", GROUPS),
     ("GROUP(Record, outer, outerRows)", STRUCT),
     ("GROUP(Record, inner, wideRows)", STRUCT),
     ("ROW(Record, flag)", "a type that no row shows"),
-    ('*rowOf(innerRows, "missing")', "no row has this path"),
+    ('*findRow(innerRows, "missing")', "no row has this path"),
 ])
 def test_a_wrong_row_does_not_compile(row, reason):
     ended = compiled(f"constexpr Row row = {row};")

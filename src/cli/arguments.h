@@ -10,8 +10,8 @@
 inline constexpr long lastPolicy = policyCount - 1;
 
 // The exit status of a run that ends with the option just read; nothing if the pass goes on.
-using Ending = std::optional<int>;
-inline constexpr Ending goOn = std::nullopt;
+using EarlyExit = std::optional<int>;
+inline constexpr EarlyExit keepParsing = std::nullopt;
 
 struct Arguments {
     int count;

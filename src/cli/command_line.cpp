@@ -21,7 +21,14 @@ namespace {
 
 constexpr int upmErrorStatus = 1;
 
-enum class Action : uint8_t { keepLocator, keepIndex, wantReport, readUpm, readWrite, printUsage };
+enum class Action : uint8_t {
+    storeLocator,
+    storeIndex,
+    selectReport,
+    parseUpm,
+    parseWrite,
+    printUsage
+};
 
 // The options in order of precedence: of the reports that a command line asks for, only that of the
 // first option runs. Writes and the usage text are no reports: they run when they are met.
@@ -30,15 +37,15 @@ constexpr struct Option {
     Action action;
     void (*report)() = nullptr;
 } options[] = {
-    {'l', Action::keepLocator},
-    {'i', Action::keepIndex},
-    {'d', Action::wantReport, dumpGlobalSection},
-    {'o', Action::wantReport, printGlobalSectionOffsets},
-    {'e', Action::wantReport, dumpPSUInfo},
-    {'r', Action::wantReport, dumpPowerReporting},
-    {'c', Action::wantReport, dumpPowerConfig},
-    {'u', Action::readUpm},
-    {'w', Action::readWrite},
+    {'l', Action::storeLocator},
+    {'i', Action::storeIndex},
+    {'d', Action::selectReport, dumpGlobalSection},
+    {'o', Action::selectReport, printGlobalSectionOffsets},
+    {'e', Action::selectReport, dumpPSUInfo},
+    {'r', Action::selectReport, dumpPowerReporting},
+    {'c', Action::selectReport, dumpPowerConfig},
+    {'u', Action::parseUpm},
+    {'w', Action::parseWrite},
     {'h', Action::printUsage},
     {'?', Action::printUsage},
 };
@@ -49,7 +56,7 @@ constexpr auto optionLetters = [] {
     char *end = letters.data();
     for (const Option &option : options) {
         *end++ = option.letter;
-        if (option.action == Action::keepLocator || option.action == Action::keepIndex) {
+        if (option.action == Action::storeLocator || option.action == Action::storeIndex) {
             *end++ = ':';
         }
     }
@@ -67,14 +74,14 @@ struct Request {
     std::optional<uint32_t> policy; // 0..15
 };
 
-Ending readUpmOption(const Arguments &arguments, Request &request) {
+EarlyExit parseUpmOption(const Arguments &arguments, Request &request) {
     const int k = optind;
     const char *const *words = arguments.words;
     // No form of -u leaves anything for the pass to read.
     optind = arguments.count;
     if (!arguments.has(k)) {
         request.upmView = dumpUpmData;
-        return goOn;
+        return keepParsing;
     }
     if (arguments.is(k, "-h")) {
         if (arguments.has(k + 1) && !arguments.isOption(k + 1)) {
@@ -86,7 +93,7 @@ Ending readUpmOption(const Arguments &arguments, Request &request) {
     }
     if (arguments.is(k, "-t")) {
         request.upmView = showThermalData;
-        return goOn;
+        return keepParsing;
     }
     if (!arguments.is(k, "-p")) {
         printf("Error: Invalid argument '%s' after -u\n", words[k]);
@@ -98,11 +105,11 @@ Ending readUpmOption(const Arguments &arguments, Request &request) {
     }
     if (arguments.is(k + 1, "-c")) {
         request.upmView = showCpuPowerLimits;
-        return goOn;
+        return keepParsing;
     }
     if (arguments.is(k + 1, "-a")) {
         request.upmView = showAllPolicies;
-        return goOn;
+        return keepParsing;
     }
     long policy = 0;
     if (!parseLong(words[k + 1], policy)) {
@@ -114,43 +121,43 @@ Ending readUpmOption(const Arguments &arguments, Request &request) {
         return upmErrorStatus;
     }
     request.policy = static_cast<uint32_t>(policy);
-    return goOn;
+    return keepParsing;
 }
 
 // The low 32 bits of a base-10 number; 0 for a text without leading digits.
-int32_t lowBits(const char *text) {
+int32_t parseInt32(const char *text) {
     return static_cast<int32_t>(strtol(text, nullptr, 10));
 }
 
-Ending readOption(const Arguments &arguments, const Option &option, Request &request) {
+EarlyExit parseOption(const Arguments &arguments, const Option &option, Request &request) {
     switch (option.action) {
-    case Action::keepLocator:
-        request.locator = lowBits(optarg);
+    case Action::storeLocator:
+        request.locator = parseInt32(optarg);
         break;
-    case Action::keepIndex:
-        request.index = lowBits(optarg);
+    case Action::storeIndex:
+        request.index = parseInt32(optarg);
         break;
-    case Action::wantReport:
+    case Action::selectReport:
         break;
-    case Action::readUpm:
-        if (const Ending ending = readUpmOption(arguments, request)) {
-            return ending;
+    case Action::parseUpm:
+        if (const EarlyExit exit = parseUpmOption(arguments, request)) {
+            return exit;
         }
         break;
-    case Action::readWrite:
-        return readWriteOption(arguments);
+    case Action::parseWrite:
+        return parseWriteOption(arguments);
     case Action::printUsage:
         printUsage();
-        return goOn;
+        return keepParsing;
     }
     request.first = std::min(request.first, &option);
-    return goOn;
+    return keepParsing;
 }
 
 // Reads all options, or those up to one that ends the run.
-Ending readOptions(const Arguments &arguments, Request &request) {
-    Ending ending = goOn;
-    while (!ending) {
+EarlyExit parseOptions(const Arguments &arguments, Request &request) {
+    EarlyExit exit = keepParsing;
+    while (!exit) {
         flushStandardOutput(); // before what getopt says on standard error
         const int letter = getopt(arguments.count, arguments.words, optionLetters.data());
         if (letter == -1) {
@@ -161,9 +168,9 @@ Ending readOptions(const Arguments &arguments, Request &request) {
         const Option *option =
             std::find_if(options, std::end(options) - 1,
                          [letter](const Option &other) { return other.letter == letter; });
-        ending = readOption(arguments, *option, request);
+        exit = parseOption(arguments, *option, request);
     }
-    return ending;
+    return exit;
 }
 
 void printReport(const Request &request) {
@@ -176,7 +183,7 @@ void printReport(const Request &request) {
     }
     if (request.first->report != nullptr) {
         request.first->report();
-    } else if (request.first->action != Action::readUpm) {
+    } else if (request.first->action != Action::parseUpm) {
         printf("locator=%d, index=%d\n", request.locator, request.index);
     } else if (request.policy) {
         showPolicy(*request.policy);
@@ -190,8 +197,8 @@ void printReport(const Request &request) {
 int runCommandLine(int argc, char **argv) {
     const Arguments arguments{argc, argv};
     Request request;
-    if (const Ending ending = readOptions(arguments, request)) {
-        return *ending;
+    if (const EarlyExit exit = parseOptions(arguments, request)) {
+        return *exit;
     }
     printReport(request);
     return 0;

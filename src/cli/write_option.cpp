@@ -10,7 +10,7 @@ namespace {
 
 constexpr int errorStatus = -1; // 255 to the shell; the wizard always ends with it
 
-Ending failWithWriteHints(const char *error) {
+EarlyExit failWithWriteHints(const char *error) {
     printf("%s\n"
            "  orbelstatprobe -w -u -c\n"
            "  orbelstatprobe -w -u -p <id> -s <0/1>\n"
@@ -19,7 +19,7 @@ Ending failWithWriteHints(const char *error) {
     return errorStatus;
 }
 
-Ending failWithPolicyUsage(const Arguments &arguments) {
+EarlyExit failWithPolicyUsage(const Arguments &arguments) {
     printf("Usage: %s -w -u -p <policy_id> -s <0/1>\n", arguments.words[0]);
     return errorStatus;
 }
@@ -33,7 +33,7 @@ bool findsUpmOption(const Arguments &arguments, int k) {
 }
 
 // Handles "-p <id> -s <0/1>", which starts at position k.
-Ending readPolicyStateWrite(const Arguments &arguments, int k) {
+EarlyExit parsePolicyStateWrite(const Arguments &arguments, int k) {
     const char *const *words = arguments.words;
     long policy = 0;
     long state = 0;
@@ -61,12 +61,12 @@ Ending readPolicyStateWrite(const Arguments &arguments, int k) {
     }
     optind = k + 4;
     writePolicyState(static_cast<uint32_t>(policy), static_cast<int32_t>(state));
-    return goOn;
+    return keepParsing;
 }
 
 } // namespace
 
-Ending readWriteOption(const Arguments &arguments) {
+EarlyExit parseWriteOption(const Arguments &arguments) {
     const int k = optind;
     if (!findsUpmOption(arguments, k)) {
         return failWithWriteHints("Error: -w now requires -u. Try:");
@@ -85,14 +85,14 @@ Ending readWriteOption(const Arguments &arguments) {
     if (arguments.is(k + 1, "-c")) {
         optind = k + 2;
         clearPolicyData();
-        return goOn;
+        return keepParsing;
     }
     if (arguments.is(k + 1, "-m")) {
         runOverwriteWizard();
         return errorStatus;
     }
     if (arguments.is(k + 1, "-p")) {
-        return readPolicyStateWrite(arguments, k + 1);
+        return parsePolicyStateWrite(arguments, k + 1);
     }
     printf("Error: Unknown sub-option '%s' for -w -u\n", arguments.words[k + 1]);
     return errorStatus;

@@ -5,4 +5,4 @@
 
 // Reads what follows -w, from getopt's `optind` on, which it moves past what it used. Runs the
 // write or the wizard that it asks for, or prints what is wrong with it.
-Ending readWriteOption(const Arguments &arguments);
+EarlyExit parseWriteOption(const Arguments &arguments);

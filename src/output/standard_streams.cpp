@@ -7,10 +7,10 @@
 #include <unistd.h>
 
 // Why the first write that failed did so; 0 as long as none has.
-static int lostReason = 0;
+static int outputErrno = 0;
 
 // Opens a descriptor on /dev/null if it is closed. Returns whether it is open now.
-static bool openOnNull(int descriptor) {
+static bool openNullIfClosed(int descriptor) {
     if (fcntl(descriptor, F_GETFD) >= 0) {
         return true;
     }
@@ -20,8 +20,8 @@ static bool openOnNull(int descriptor) {
 
 bool openStandardStreams(const char *program) {
     static char outputBuffer[16384];
-    openOnNull(STDIN_FILENO); // a closed one reads as one that has ended
-    if (!openOnNull(STDOUT_FILENO) || !openOnNull(STDERR_FILENO)) {
+    openNullIfClosed(STDIN_FILENO); // a closed one reads as one that has ended
+    if (!openNullIfClosed(STDOUT_FILENO) || !openNullIfClosed(STDERR_FILENO)) {
         fprintf(stderr, "%s: standard output is closed, and /dev/null cannot take its place: %s\n",
                 program, strerror(errno));
         return false;
@@ -32,23 +32,23 @@ bool openStandardStreams(const char *program) {
     return true;
 }
 
-void noteLostOutput() {
-    if (lostReason == 0 && ferror(stdout) != 0) {
-        lostReason = errno;
+void recordOutputError() {
+    if (outputErrno == 0 && ferror(stdout) != 0) {
+        outputErrno = errno;
     }
 }
 
 void flushStandardOutput() {
     fflush(stdout);
-    noteLostOutput();
+    recordOutputError();
 }
 
 bool closeStandardOutput(const char *program) {
     flushStandardOutput();
-    if (fclose(stdout) == 0 && lostReason == 0) {
+    if (fclose(stdout) == 0 && outputErrno == 0) {
         return true;
     }
     fprintf(stderr, "%s: standard output: %s\n", program,
-            strerror(lostReason != 0 ? lostReason : errno));
+            strerror(outputErrno != 0 ? outputErrno : errno));
     return false;
 }

@@ -11,7 +11,7 @@ bool openStandardStreams(const char *program);
 
 // To be called right after text has been handed to standard output. If it could not be written,
 // remembers the reason in errno for closeStandardOutput.
-void noteLostOutput();
+void recordOutputError();
 
 // Flushes standard output, and notes what is lost.
 void flushStandardOutput();

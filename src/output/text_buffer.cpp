@@ -8,18 +8,18 @@
 
 void TextBuffer::flush() {
     fwrite_unlocked(text, 1, used, stdout);
-    noteLostOutput();
+    recordOutputError();
     flushed += used;
     used = 0;
 }
 
-void TextBuffer::putLong(std::string_view characters) {
+void TextBuffer::putUnbuffered(std::string_view characters) {
     flush();
     fwrite_unlocked(characters.data(), 1, characters.size(), stdout);
     flushed += characters.size();
 }
 
-void TextBuffer::putRun(char character, int count) {
+void TextBuffer::putRepeated(char character, int count) {
     if (count > 0) {
         memset(room(), character, static_cast<size_t>(count));
         used += static_cast<size_t>(count);
@@ -33,7 +33,7 @@ void TextBuffer::putUnsigned(uint64_t value) {
 void TextBuffer::putPadded(uint64_t value, int width, char padding) {
     char digits[20];
     const char *end = std::to_chars(digits, std::end(digits), value).ptr;
-    putRun(padding, width - static_cast<int>(end - digits));
+    putRepeated(padding, width - static_cast<int>(end - digits));
     put({digits, end});
 }
 

@@ -25,7 +25,7 @@ class TextBuffer {
             memcpy(room(), characters.data(), characters.size());
             used += characters.size();
         } else {
-            putLong(characters);
+            putUnbuffered(characters);
         }
     }
     void put(char character) {
@@ -33,7 +33,7 @@ class TextBuffer {
         ++used;
     }
     // A character up to 256 times; not at all if the count is 0 or negative.
-    void putRun(char character, int count);
+    void putRepeated(char character, int count);
     // How many characters have been put so far.
     [[nodiscard]] size_t size() const {
         return flushed + used;
@@ -62,7 +62,7 @@ class TextBuffer {
         }
         return text + used;
     }
-    void putLong(std::string_view characters);
+    void putUnbuffered(std::string_view characters);
     void flush();
 
     char text[4096];

@@ -38,11 +38,11 @@ void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row
     const bool isInColumn = style.column != 0 && outer == nullptr;
     const int length = static_cast<int>(out.size() - start);
     out.put(' ');
-    out.putRun('-', isInColumn ? style.column - length : style.hyphens);
+    out.putRepeated('-', isInColumn ? style.column - length : style.hyphens);
     out.put(' ');
 }
 
-void putWhole(TextBuffer &out, Type type, const uint8_t *at) {
+void putInteger(TextBuffer &out, Type type, const uint8_t *at) {
     switch (type) {
     case Type::u8:
         out.putUnsigned(load<uint8_t>(at));
@@ -74,7 +74,7 @@ void putWhole(TextBuffer &out, Type type, const uint8_t *at) {
     }
 }
 
-static std::string_view textAt(const uint8_t *at, size_t length) {
+static std::string_view stringView(const uint8_t *at, size_t length) {
     return {reinterpret_cast<const char *>(at), length};
 }
 
@@ -102,13 +102,13 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
         putTime(out, at);
         break;
     case Type::domain:
-        putWhole(out, row.type, at);
+        putInteger(out, row.type, at);
         out.put(" (");
         out.put(domainName(load<uint16_t>(at)));
         out.put(')');
         break;
     case Type::text:
-        out.put(textAt(at, strnlen(reinterpret_cast<const char *>(at), row.size)));
+        out.put(stringView(at, strnlen(reinterpret_cast<const char *>(at), row.size)));
         break;
     case Type::u8:
     case Type::u16:
@@ -116,7 +116,7 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
     case Type::u64:
     case Type::i16:
     case Type::i32:
-        putWhole(out, row.type, at);
+        putInteger(out, row.type, at);
         break;
     case Type::none:
     case Type::bytes: // which are a list
@@ -130,19 +130,20 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
 static void putList(TextBuffer &out, const Row &row, const uint8_t *at) {
     out.put('\n');
     out.put(valueIndent);
-    if (row.format == Format::inDecList) {
+    if (row.format == Format::labelledDecimalList) {
         out.put("In DEC: ");
     }
-    const bool isDecimal = row.format == Format::inDecList || row.format == Format::decimalList;
-    const uint32_t values = isRun(row.type) ? row.size : row.count;
-    const uint32_t valueSize = isRun(row.type) ? 1 : row.size;
+    const bool isDecimal =
+        row.format == Format::labelledDecimalList || row.format == Format::decimalList;
+    const uint32_t values = isByteString(row.type) ? row.size : row.count;
+    const uint32_t valueSize = isByteString(row.type) ? 1 : row.size;
     for (uint32_t i = 0; i < values; ++i, at += valueSize) {
         if (i > 0 && i % valuesPerLine == 0) {
             out.put('\n');
             out.put(valueIndent);
         }
         if (isDecimal) {
-            putWhole(out, row.type, at);
+            putInteger(out, row.type, at);
         } else if (row.type == Type::u16) {
             out.putHex(load<uint16_t>(at), row.format == Format::hexList4 ? 4 : 2);
         } else {
@@ -165,7 +166,7 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
     case Format::unsignedDecimal:
         out.putUnsigned(load<uint32_t>(at));
         break;
-    case Format::widened:
+    case Format::signExtended:
         out.putUnsigned(static_cast<uint32_t>(load<int16_t>(at)));
         break;
     case Format::hex:
@@ -181,12 +182,12 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
         putList(out, row, at);
         out.put(valueIndent);
         out.put("ASCII String - ");
-        out.put(textAt(at, row.size));
+        out.put(stringView(at, row.size));
         break;
     case Format::hexList:
     case Format::hexList4:
     case Format::decimalList:
-    case Format::inDecList:
+    case Format::labelledDecimalList:
         putList(out, row, at);
         return;
     }
@@ -197,7 +198,7 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
 static void putLines(TextBuffer &out, const Style &style, const Outer *outer, const Row &row,
                      const uint8_t *record) {
     const uint8_t *at = record + row.offset;
-    const uint32_t lines = isList(row.format) ? 1 : row.elements();
+    const uint32_t lines = isList(row.format) ? 1 : row.elementCount();
     for (uint32_t i = 0; i < lines; ++i, at += row.size) {
         putLabel(out, style, outer, row, isList(row.format) ? noIndex : row.indexOf(i));
         putFormatted(out, style, row, at);
@@ -211,7 +212,7 @@ void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *
         return;
     }
     const uint8_t *at = record + row.offset;
-    for (uint32_t i = 0; i < row.elements(); ++i, at += row.size) {
+    for (uint32_t i = 0; i < row.elementCount(); ++i, at += row.size) {
         const Outer outer{row, row.indexOf(i)};
         for (const Row &inner : row.nested) {
             if ((inner.views & view) != 0) {

@@ -4,8 +4,6 @@
 #include "output/text_buffer.h"
 #include "rows/row.h"
 
-#include <cstring>
-
 // What the rows of one table have in common.
 struct Style {
     std::string_view prefix; // before every label that is not verbatim
@@ -14,15 +12,8 @@ struct Style {
     int floatPlaces = 2;     // decimals of a float
 };
 
-// The one place where values come out of a record's bytes: by copy, since they lie unaligned.
-template <typename T> T load(const uint8_t *at) {
-    T value;
-    memcpy(&value, at, sizeof value);
-    return value;
-}
-
 // Puts a whole number in decimal: an integer, or the number of a domain.
-void putWhole(TextBuffer &out, Type type, const uint8_t *at);
+void putInteger(TextBuffer &out, Type type, const uint8_t *at);
 
 // The struct whose rows are put: the one with this index in an array, or one of its own (noIndex).
 struct Outer {

@@ -2,9 +2,9 @@
 // table is a plain array of rows, one member a line, in the order of its report:
 //
 //     inline constexpr Row policyRows[] = {
-//         ROW(sPolicy, state).asSwitch(),
+//         ROW(sPolicy, state).asFlag(),
 //         ROW(sPolicy, policyPowerLimit).upTo(100000),
-//         ROW(sPolicy, SFOffset).lowBytesUpTo(100000).as(Format::widened),
+//         ROW(sPolicy, SFOffset).truncatingUpTo(100000).as(Format::signExtended),
 //     };
 //
 // ROW takes path, type, place and size from the member, GROUP those of a struct and the rows in it.
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -51,6 +52,14 @@ template <typename T>
 requires std::is_class_v<T>
 inline constexpr Type typeOf<T> = Type::record;
 
+// Reads a value from a record's bytes, which may be unaligned. All values are read through this
+// function.
+template <typename T> T load(const uint8_t *at) {
+    T value;
+    memcpy(&value, at, sizeof value);
+    return value;
+}
+
 // The largest whole number, of those up to UINT32_MAX, that a member of this type can hold.
 constexpr uint32_t maxOf(Type type) {
     switch (type) {
@@ -85,7 +94,7 @@ enum class Format : uint8_t {
     plain,
     signedDecimal,   // a uint32_t as if it were an int32_t
     unsignedDecimal, // an int32_t as if it were a uint32_t
-    widened,         // an int16_t, widened with its sign to 32 bits, as a uint32_t
+    signExtended,    // an int16_t, widened with its sign to 32 bits, as a uint32_t
     hex,             // a uint8_t as two digits
     threePlaces,     // a uint8_t padded to three places
     timeOnly,        // without the empty line
@@ -95,14 +104,14 @@ enum class Format : uint8_t {
     hexList4,       // numbers of at least four digits
     hexListAndText, // a text's bytes, and one more line with all of the text
     decimalList,
-    inDecList, // decimal, with "In DEC: " before the first
+    labelledDecimalList, // decimal, with "In DEC: " before the first
 };
 constexpr bool isList(Format format) {
     return format >= Format::hexList;
 }
 
 // Whether a type is a run of bytes, of which lists show each.
-constexpr bool isRun(Type type) {
+constexpr bool isByteString(Type type) {
     return type == Type::text || type == Type::bytes;
 }
 
@@ -114,7 +123,7 @@ constexpr bool canShow(Format format, Type type, bool isArray) {
         return type == Type::u32;
     case Format::unsignedDecimal:
         return type == Type::i32;
-    case Format::widened:
+    case Format::signExtended:
         return type == Type::i16;
     case Format::hex:
     case Format::threePlaces:
@@ -122,13 +131,13 @@ constexpr bool canShow(Format format, Type type, bool isArray) {
     case Format::timeOnly:
         return type == Type::time;
     case Format::hexList:
-        return isRun(type) || (isArray && (type == Type::u8 || type == Type::u16));
+        return isByteString(type) || (isArray && (type == Type::u8 || type == Type::u16));
     case Format::hexList4:
     case Format::decimalList:
         return isArray && type == Type::u16;
     case Format::hexListAndText:
         return type == Type::text;
-    case Format::inDecList:
+    case Format::labelledDecimalList:
         return isArray && type == Type::u8;
     }
     return false;
@@ -175,7 +184,7 @@ struct [[nodiscard]] Row {
     Type type;
     Format format = Format::plain;
     bool isVerbatim = false; // the label is all that stands before the value
-    bool isSwitch = false;   // 0 or 1, to whoever asks for a value
+    bool isFlag = false;     // 0 or 1, to whoever asks for a value
     Views views = inAllViews;
     uint16_t count = 0;  // of elements; 0 if it is no array
     uint32_t size = 0;   // of one element in bytes
@@ -189,7 +198,7 @@ struct [[nodiscard]] Row {
         return count != 0;
     }
     // How often there is one: each element of an array, and what is no array once.
-    [[nodiscard]] constexpr uint32_t elements() const {
+    [[nodiscard]] constexpr uint32_t elementCount() const {
         return std::max<uint32_t>(count, 1);
     }
     // What names one of them in brackets.
@@ -202,10 +211,10 @@ struct [[nodiscard]] Row {
         if (max > maxOf(type)) {
             refuseRow("a bound that the member cannot hold");
         }
-        return lowBytesUpTo(max);
+        return truncatingUpTo(max);
     }
     // Writable from 0 to a bound that the member need not hold: its low bytes are written.
-    consteval Row lowBytesUpTo(uint32_t max) const {
+    consteval Row truncatingUpTo(uint32_t max) const {
         if (bound || !canHaveBound(type)) {
             refuseRow("a second bound, or a bound of a type that nobody writes");
         }
@@ -213,9 +222,9 @@ struct [[nodiscard]] Row {
         changed.bound = max;
         return changed;
     }
-    consteval Row asSwitch() const {
+    consteval Row asFlag() const {
         Row changed = upTo(1);
-        changed.isSwitch = true;
+        changed.isFlag = true;
         return changed;
     }
     consteval Row as(Format other) const {
@@ -252,7 +261,7 @@ consteval Row makeRow(std::string_view path, size_t offset, std::span<const Row>
         refuseRow("a struct without the rows of its members, or rows in what is no struct");
     }
     for (const Row &row : nested) {
-        if (!row.nested.empty() || row.offset + row.size * row.elements() > sizeof(Element)) {
+        if (!row.nested.empty() || row.offset + row.size * row.elementCount() > sizeof(Element)) {
             refuseRow("rows of another struct, or rows that nest rows themselves");
         }
     }
@@ -278,7 +287,7 @@ consteval Row line(std::string_view text) {
 }
 
 // The row with this path; there must be one.
-consteval const Row *rowOf(std::span<const Row> rows, std::string_view path) {
+consteval const Row *findRow(std::span<const Row> rows, std::string_view path) {
     for (const Row &row : rows) {
         if (row.path == path) {
             return &row;

@@ -22,7 +22,7 @@ void printGlobalSectionOffsets() {
         }
         // Of an array of structs each element has a line, of any other array the first has one.
         const bool isOfStructs = !row.nested.empty();
-        for (uint32_t i = 0; i < (isOfStructs ? row.elements() : 1); ++i) {
+        for (uint32_t i = 0; i < (isOfStructs ? row.elementCount() : 1); ++i) {
             putLabel(out, memberStyle, nullptr, row, isOfStructs ? row.indexOf(i) : noIndex);
             out.putUnsigned(row.offset + i * row.size);
             out.put('\n');

@@ -1,10 +1,10 @@
 #include "wizard/ask_to_overwrite.h"
 
-#include "wizard/ask_value.h"
+#include "wizard/prompts.h"
 
 #include <cstdio>
 
-bool readCopy(uint8_t *copy) {
+bool readPowerReporting(uint8_t *copy) {
     const int result = readSection(powerReportingSection, copy, 0, powerReportingSection.size);
     if (result != 0) {
         printf("ERROR reading PowerReporting from shm! ret=%d\n", result);

@@ -13,7 +13,7 @@ struct Question {
 
 // Reads the whole section into `copy`. On failure prints a message, leaves in the copy what the
 // library left there and returns false.
-bool readCopy(uint8_t *copy);
+bool readPowerReporting(uint8_t *copy);
 
 // Asks the questions in turn about a struct that begins at `offset` of the block, of the given
 // element where the field is an array. Writes each confirmed value, and nothing else, to its field.

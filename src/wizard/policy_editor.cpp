@@ -2,7 +2,7 @@
 
 #include "upm/policy_report.h"
 #include "upm/upm_block.h"
-#include "wizard/ask_value.h"
+#include "wizard/prompts.h"
 
 #include <cstdio>
 
@@ -17,7 +17,7 @@ static void printMenu(int32_t policy) {
     for (const Row &row : policyRows) {
         if (row.bound) {
             const char *hint = row.type == Type::domain ? " (0=cpu,1=mem,2=system,3=gpu)" : "";
-            printf("%3d) %s%s\n", ++number, row.label.data(), row.isSwitch ? " (0/1)" : hint);
+            printf("%3d) %s%s\n", ++number, row.label.data(), row.isFlag ? " (0/1)" : hint);
         }
     }
     puts("  0) Back ");
@@ -34,7 +34,7 @@ static const Row &fieldOfNumber(int32_t number) {
 // Asks for a field's value. Returns whether one was accepted.
 static bool askForValue(const Row &field, uint32_t &value) {
     const uint32_t max = *field.bound;
-    if (!field.isSwitch && field.type != Type::domain) {
+    if (!field.isFlag && field.type != Type::domain) {
         return promptUnsigned(field.label.data(), max, value) == 0;
     }
     char label[64];

@@ -1,7 +1,7 @@
 #include "wizard/power_limits_editor.h"
 
 #include "wizard/ask_to_overwrite.h"
-#include "wizard/ask_value.h"
+#include "wizard/prompts.h"
 
 #include <cstdio>
 
@@ -10,15 +10,15 @@ static constexpr size_t powerLimitsOffset = offsetof(sUpmBlock, powerLimits);
 // One question a line.
 // clang-format off
 static constexpr Question cpuQuestions[] = {
-    {"Overwrite PPL?", "PPL", rowOf(powerLimitRows, "cpuPPL")},
-    {"Overwrite PL1?", "PL1", rowOf(powerLimitRows, "cpuPL1")},
-    {"Overwrite PL2?", "PL2", rowOf(powerLimitRows, "cpuPL2")},
-    {"Overwrite PL4?", "PL4", rowOf(powerLimitRows, "cpuPL4")},
-    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", rowOf(powerLimitRows, "dimmBwThrtlPerc")},
+    {"Overwrite PPL?", "PPL", findRow(powerLimitRows, "cpuPPL")},
+    {"Overwrite PL1?", "PL1", findRow(powerLimitRows, "cpuPL1")},
+    {"Overwrite PL2?", "PL2", findRow(powerLimitRows, "cpuPL2")},
+    {"Overwrite PL4?", "PL4", findRow(powerLimitRows, "cpuPL4")},
+    {"Overwrite dimmBwThrtlPerc?", "dimmBwThrtlPerc", findRow(powerLimitRows, "dimmBwThrtlPerc")},
 };
 static constexpr Question systemQuestions[] = {
-    {"Overwrite sysPL1?", "sysPL1", rowOf(powerLimitRows, "sysPL1")},
-    {"Overwrite sysPL2?", "sysPL2", rowOf(powerLimitRows, "sysPL2")},
+    {"Overwrite sysPL1?", "sysPL1", findRow(powerLimitRows, "sysPL1")},
+    {"Overwrite sysPL2?", "sysPL2", findRow(powerLimitRows, "sysPL2")},
 };
 // clang-format on
 
@@ -47,7 +47,7 @@ static void previewCpuPowerLimits(const uint8_t *copy) {
 void editCpuPowerLimits() {
     const SectionBuffer buffer = allocateBuffer(powerReportingSection.size);
     uint8_t *copy = buffer.get();
-    if (copy == nullptr || !readCopy(copy)) {
+    if (copy == nullptr || !readPowerReporting(copy)) {
         return;
     }
     previewCpuPowerLimits(copy);
@@ -73,7 +73,7 @@ void editCpuPowerLimits() {
             printSystemLimits(limitsOf(copy));
             askToOverwrite(systemQuestions, powerLimitsOffset, 0);
         }
-        if (readCopy(copy)) {
+        if (readPowerReporting(copy)) {
             previewCpuPowerLimits(copy);
         }
     }

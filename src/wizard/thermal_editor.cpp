@@ -1,7 +1,7 @@
 #include "wizard/thermal_editor.h"
 
 #include "wizard/ask_to_overwrite.h"
-#include "wizard/ask_value.h"
+#include "wizard/prompts.h"
 
 #include <cstdio>
 
@@ -12,11 +12,11 @@ static constexpr size_t thermalOffset = offsetof(sUpmBlock, cpuPwrThermal);
 // One question a line.
 // clang-format off
 static constexpr Question questions[] = {
-    {"Overwrite rawdts?", "rawdts", rowOf(thermalRows, "rawdts")},
-    {"Overwrite thermalMargin?", "thermalMargin", rowOf(thermalRows, "thermalMargin")},
-    {"Overwrite cpupkgPwr?", "cpupkgPwr", rowOf(thermalRows, "cpupkgPwr")},
-    {"Overwrite tarTemp?", "tarTemp", rowOf(thermalRows, "tarTemp")},
-    {"Overwrite dimmPwr (double)?", "dimmPwr", rowOf(thermalRows, "dimmPwr")},
+    {"Overwrite rawdts?", "rawdts", findRow(thermalRows, "rawdts")},
+    {"Overwrite thermalMargin?", "thermalMargin", findRow(thermalRows, "thermalMargin")},
+    {"Overwrite cpupkgPwr?", "cpupkgPwr", findRow(thermalRows, "cpupkgPwr")},
+    {"Overwrite tarTemp?", "tarTemp", findRow(thermalRows, "tarTemp")},
+    {"Overwrite dimmPwr (double)?", "dimmPwr", findRow(thermalRows, "dimmPwr")},
 };
 // clang-format on
 
@@ -35,7 +35,7 @@ static void previewThermal(const uint8_t *copy, int32_t onlyCpu) {
 void editThermalData() {
     const SectionBuffer buffer = allocateBuffer(powerReportingSection.size);
     uint8_t *copy = buffer.get();
-    if (copy == nullptr || !readCopy(copy)) {
+    if (copy == nullptr || !readPowerReporting(copy)) {
         return;
     }
     previewThermal(copy, allCpus);
@@ -48,7 +48,7 @@ void editThermalData() {
         }
         previewThermal(copy, cpu);
         askToOverwrite(questions, thermalOffset, cpu);
-        if (readCopy(copy)) {
+        if (readPowerReporting(copy)) {
             previewThermal(copy, cpu);
         }
     }

@@ -1,8 +1,8 @@
 #include "wizard/wizard.h"
 
-#include "wizard/ask_value.h"
 #include "wizard/policy_editor.h"
 #include "wizard/power_limits_editor.h"
+#include "wizard/prompts.h"
 #include "wizard/thermal_editor.h"
 
 #include <cstdio>

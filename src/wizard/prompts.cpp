@@ -1,4 +1,4 @@
-#include "wizard/ask_value.h"
+#include "wizard/prompts.h"
 
 #include "output/standard_streams.h"
 
@@ -37,7 +37,7 @@ static void showPrompt(const char *prompt) {
 // The dialogue that the numeric prompts share. `convert` takes the line and where to leave the end
 // of what it converted.
 template <typename Number>
-static int askForNumber(const char *prompt, const char *malformed,
+static int promptNumber(const char *prompt, const char *malformed,
                         Number (*convert)(const char *, char **), Number min, Number max,
                         Number &out) {
     char line[64];
@@ -77,7 +77,7 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
     uint64_t value = out;
     snprintf(prompt, sizeof prompt, "%s [0..%lu]: ", label, max);
     const int status =
-        askForNumber<uint64_t>(prompt, "Invalid unsigned integer.", toUnsigned, 0, max, value);
+        promptNumber<uint64_t>(prompt, "Invalid unsigned integer.", toUnsigned, 0, max, value);
     out = static_cast<uint32_t>(value);
     return status;
 }
@@ -85,14 +85,14 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
 int promptLong(const char *label, int64_t max, int64_t &out) {
     char prompt[promptSize];
     snprintf(prompt, sizeof prompt, "%s [0..%ld]: ", label, max);
-    return askForNumber<int64_t>(prompt, "Invalid integer.", toSigned, 0, max, out);
+    return promptNumber<int64_t>(prompt, "Invalid integer.", toSigned, 0, max, out);
 }
 
 int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
     char prompt[promptSize];
     int64_t value = out;
     snprintf(prompt, sizeof prompt, "%s [%d..%d]: ", label, min, max);
-    const int status = askForNumber<int64_t>(prompt, "Invalid number.", toSigned, min, max, value);
+    const int status = promptNumber<int64_t>(prompt, "Invalid number.", toSigned, min, max, value);
     out = static_cast<int32_t>(value);
     return status;
 }
@@ -100,7 +100,7 @@ int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
 int promptDouble(const char *label, double min, double max, double &out) {
     char prompt[promptSize];
     snprintf(prompt, sizeof prompt, "%s [%.2f..%.2f]: ", label, min, max);
-    return askForNumber(prompt, "Invalid floating value.", strtod, min, max, out);
+    return promptNumber(prompt, "Invalid floating value.", strtod, min, max, out);
 }
 
 int promptYesNo(const char *question) {
