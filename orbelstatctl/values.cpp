@@ -50,7 +50,7 @@ static bool isReal(const Row &row) {
 
 // The largest whole number that a field may be set to.
 static uint32_t largestOf(const Row &row) {
-    return std::min(*row.bound, maxOf(row.type));
+    return std::min(*row.bound, typeInfo(row.type).max);
 }
 
 std::string boundsOf(const Row &row) {

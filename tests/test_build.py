@@ -21,10 +21,10 @@ inline constexpr Row wideRows[] = {ROW(Wide, beyond)};
 RIGHT = """ROW(Record, byte).as(Format::hex).asFlag(), ROW(Record, words).as(Format::hexList4),
     ROW(Record, small).truncatingUpTo(100000).as(Format::signExtended), ROW(Record, large).upTo(UINT32_MAX), ROW(Record, twice).upTo(9),
     ROW(Record, text).verbatim("text "), ROW(Record, raw), GROUP(Record, inner, innerRows), line("--")"""
-FORMAT = "a second format, or one that is not for the member's type"
-BOUND = "a second bound, or a bound of a type that nobody writes"
-STRUCT = "rows of another struct, or rows that nest rows themselves"
-GROUPS = "a struct without the rows of its members, or rows in what is no struct"
+FORMAT = "the row already has a format, or the format does not suit the member"
+BOUND = "the row already has a bound, or its member cannot have one"
+STRUCT = "the nested rows belong to another struct, or nest rows themselves"
+GROUPS = "a struct needs GROUP and the rows of its members, any other member needs ROW"
 
 
 def compiled(declaration):
@@ -44,8 +44,8 @@ def test_a_right_table_compiles():
     ("ROW(Record, words).as(Format::hexListAndText)", FORMAT),
     ("ROW(Record, byte).as(Format::hexList)", FORMAT),
     ("ROW(Record, byte).as(Format::hex).as(Format::threePlaces)", FORMAT),
-    ("ROW(Record, byte).upTo(256)", "a bound that the member cannot hold"),
-    ("ROW(Record, small).upTo(32768)", "a bound that the member cannot hold"),
+    ("ROW(Record, byte).upTo(256)", "the member cannot hold the bound"),
+    ("ROW(Record, small).upTo(32768)", "the member cannot hold the bound"),
     ("ROW(Record, byte).upTo(1).upTo(2)", BOUND),
     ("ROW(Record, text).upTo(1)", BOUND),
     ("ROW(Record, raw).upTo(1)", BOUND),
@@ -58,7 +58,7 @@ def test_a_right_table_compiles():
     ("GROUP(Record, large, innerRows)", GROUPS),
     ("GROUP(Record, outer, outerRows)", STRUCT),
     ("GROUP(Record, inner, wideRows)", STRUCT),
-    ("ROW(Record, flag)", "a type that no row shows"),
+    ("ROW(Record, flag)", "unsupported member type"),
     ('*findRow(innerRows, "missing")', "no row has this path"),
 ])
 def test_a_wrong_row_does_not_compile(row, reason):

@@ -18,15 +18,16 @@ static void putIndex(TextBuffer &out, int index) {
     }
 }
 
-void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row &row, int index) {
+void putLabel(TextBuffer &out, const Style &style, const Parent *parent, const Row &row,
+              int index) {
     if (row.isVerbatim) {
         out.put(row.label);
         return;
     }
     out.put(style.prefix);
-    if (outer != nullptr) {
-        out.put(outer->row.label);
-        putIndex(out, outer->index);
+    if (parent != nullptr) {
+        out.put(parent->row.label);
+        putIndex(out, parent->index);
         out.put('.');
     }
     const size_t start = out.size();
@@ -35,7 +36,7 @@ void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row
     if (isList(row.format)) {
         out.put("[]");
     }
-    const bool isInColumn = style.column != 0 && outer == nullptr;
+    const bool isInColumn = style.column != 0 && parent == nullptr;
     const int length = static_cast<int>(out.size() - start);
     out.put(' ');
     out.putRepeated('-', isInColumn ? style.column - length : style.hyphens);
@@ -70,7 +71,7 @@ void putInteger(TextBuffer &out, Type type, const uint8_t *at) {
     case Type::text:
     case Type::bytes:
     case Type::record:
-        break; // no whole numbers
+        break; // not an integer
     }
 }
 
@@ -78,8 +79,8 @@ static std::string_view stringView(const uint8_t *at, size_t length) {
     return {reinterpret_cast<const char *>(at), length};
 }
 
-// Local time in the fixed layout of ctime, "Thu Jan  1 00:00:00 1970\n", written to `text` and
-// returned. Unlike ctime, ctime_r reads the time zone once a run.
+// Formats the local time as ctime does, "Thu Jan  1 00:00:00 1970\n", in `text`, and returns it.
+// ctime_r is faster than ctime: it reads the time zone only once per run.
 static const char *time32ToString(Time32 time, char (&text)[26]) {
     const auto seconds = static_cast<time_t>(static_cast<uint32_t>(time));
     return ctime_r(&seconds, text);
@@ -90,6 +91,7 @@ static void putTime(TextBuffer &out, const uint8_t *at) {
     out.put(time32ToString(load<Time32>(at), text));
 }
 
+// Writes a value in the usual format of its type, and ends the line.
 static void putPlain(TextBuffer &out, const Style &style, const Row &row, const uint8_t *at) {
     switch (row.type) {
     case Type::f32:
@@ -119,14 +121,14 @@ static void putPlain(TextBuffer &out, const Style &style, const Row &row, const 
         putInteger(out, row.type, at);
         break;
     case Type::none:
-    case Type::bytes: // which are a list
+    case Type::bytes: // always a list
     case Type::record:
         break;
     }
     out.put('\n');
 }
 
-// Puts the lines of a list's values; after every value stands a blank.
+// Writes the values of a list, each followed by a blank, and ends the line.
 static void putList(TextBuffer &out, const Row &row, const uint8_t *at) {
     out.put('\n');
     out.put(valueIndent);
@@ -154,7 +156,7 @@ static void putList(TextBuffer &out, const Row &row, const uint8_t *at) {
     out.put('\n');
 }
 
-// Puts the value of a row, or of one element of it, and what ends the line.
+// Writes the value of a row, or of one of its elements, and ends the line.
 static void putFormatted(TextBuffer &out, const Style &style, const Row &row, const uint8_t *at) {
     switch (row.format) {
     case Format::plain:
@@ -176,7 +178,7 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
         out.putPadded(load<uint8_t>(at), 3);
         break;
     case Format::timeOnly:
-        putTime(out, at); // and its line end
+        putTime(out, at); // ends in a newline
         return;
     case Format::hexListAndText:
         putList(out, row, at);
@@ -194,13 +196,13 @@ static void putFormatted(TextBuffer &out, const Style &style, const Row &row, co
     out.put('\n');
 }
 
-// Puts the lines of a row that nests none.
-static void putLines(TextBuffer &out, const Style &style, const Outer *outer, const Row &row,
+// Writes the lines of a row that is not a struct.
+static void putLines(TextBuffer &out, const Style &style, const Parent *parent, const Row &row,
                      const uint8_t *record) {
     const uint8_t *at = record + row.offset;
     const uint32_t lines = isList(row.format) ? 1 : row.elementCount();
     for (uint32_t i = 0; i < lines; ++i, at += row.size) {
-        putLabel(out, style, outer, row, isList(row.format) ? noIndex : row.indexOf(i));
+        putLabel(out, style, parent, row, isList(row.format) ? noIndex : row.indexOf(i));
         putFormatted(out, style, row, at);
     }
 }
@@ -213,10 +215,10 @@ void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *
     }
     const uint8_t *at = record + row.offset;
     for (uint32_t i = 0; i < row.elementCount(); ++i, at += row.size) {
-        const Outer outer{row, row.indexOf(i)};
-        for (const Row &inner : row.nested) {
-            if ((inner.views & view) != 0) {
-                putLines(out, style, &outer, inner, at);
+        const Parent parent{row, row.indexOf(i)};
+        for (const Row &member : row.nested) {
+            if ((member.views & view) != 0) {
+                putLines(out, style, &parent, member, at);
             }
         }
     }

@@ -1,33 +1,33 @@
-// How rows become lines: the walker of the tables, the formats and the types.
+// Prints rows as lines of a report.
 #pragma once
 
 #include "output/text_buffer.h"
 #include "rows/row.h"
 
-// What the rows of one table have in common.
+// How a report lays out its lines: prefix, label, hyphens, value.
 struct Style {
     std::string_view prefix; // before every label that is not verbatim
-    int hyphens = 0;         // length of the run between label and value...
-    int column = 0;          // ...or, if not 0 and not in nested rows, of label and run together
-    int floatPlaces = 2;     // decimals of a float
+    int hyphens = 0;         // number of hyphens between label and value
+    int column = 0;          // if not 0: label and hyphens together have this length instead; does
+                             // not apply to nested rows
+    int floatPlaces = 2;     // decimals of a float, 1 to 6
 };
 
-// Puts a whole number in decimal: an integer, or the number of a domain.
+// The struct that contains a nested row.
+struct Parent {
+    const Row &row;
+    int index; // of the struct in its array; noIndex if it is not in one
+};
+
+// Writes everything before a row's value: the label of the parent, if there is one (else null),
+// then the row's own label, followed by "[index]" unless that is noIndex, or by "[]" for a list.
+void putLabel(TextBuffer &out, const Style &style, const Parent *parent, const Row &row, int index);
+
+// Writes an integer, or the number of a domain, in decimal. Writes nothing for any other type.
 void putInteger(TextBuffer &out, Type type, const uint8_t *at);
 
-// The struct whose rows are put: the one with this index in an array, or one of its own (noIndex).
-struct Outer {
-    const Row &row;
-    int index;
-};
-
-// Puts what stands before a row's value: before the label that of the outer struct, if there is
-// one, and after it "[index]", unless that is noIndex, and "[]" if the row is shown as a list.
-void putLabel(TextBuffer &out, const Style &style, const Outer *outer, const Row &row, int index);
-
-// Puts the lines of one row, of the record that starts at `record`. Where the row nests rows, puts
-// those of them that appear in the view, for each element: before their labels stands that of
-// their struct, "label[0]." or, if it is no array, "label.".
+// Writes the lines of one row. `record` is the first byte of the row's record. For a struct, writes
+// the nested rows that appear in the view, once for each struct of an array.
 void putRow(TextBuffer &out, const Style &style, const Row &row, const uint8_t *record,
             Views view = inAllViews);
 

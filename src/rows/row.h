@@ -1,5 +1,6 @@
-// The row: what is known of one member of a record, said once. A record is one packed struct; its
-// table is a plain array of rows, one member a line, in the order of its report:
+// The language of the tables. A row describes one member of a record: where it is, what it holds
+// and how a report prints it. Each record is one packed struct with its table next to it, an array
+// of rows with one member per line, in the order of the report:
 //
 //     inline constexpr Row policyRows[] = {
 //         ROW(sPolicy, state).asFlag(),
@@ -7,114 +8,58 @@
 //         ROW(sPolicy, SFOffset).truncatingUpTo(100000).as(Format::signExtended),
 //     };
 //
-// ROW takes path, type, place and size from the member, GROUP those of a struct and the rows in it.
-// What else a row says is said by its functions that return a changed row. What cannot be right
-// does not compile.
+// The reports, the wizard and orbelstatctl all read these tables. There are three kinds of rows:
+//
+//     ROW(record, member)          a member that is not a struct, or an array of such members
+//     GROUP(record, member, rows)  a struct, or an array of structs, with the table of that struct
+//     line(text)                   a line of text that shows no member
+//
+// ROW and GROUP take path, type, offset and size from the member. Chained calls, each of which
+// returns a modified copy of the row, set everything else:
+//
+//     .as(format)           prints the value in a format other than the usual one of its type
+//     .labelled(text)       replaces the member's name in the line
+//     .verbatim(text)       replaces everything before the value
+//     .onlyIn(views)        shows the row in only some of the reports that share the table
+//     .upTo(max)            makes the member writable from 0 to max (a double from -max to max)
+//     .truncatingUpTo(max)  like upTo, but the member may be too small to hold max
+//     .asFlag()             makes the member writable with 0 or 1
+//
+// Invalid combinations do not compile, and the error message has the reason.
 #pragma once
 
+#include "rows/types.h"
+
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <optional>
 #include <span>
-#include <string_view>
-#include <type_traits>
 
-// Seconds since 1970-01-01 00:00:00 UTC, unsigned.
-enum class Time32 : uint32_t {};
-// What a policy governs: 0 cpu, 1 mem, 2 system, 3 gpu.
-enum class PowerDomain : uint16_t {};
-
-// What a member is, or each element of it if it is an array; none of a line that shows no member.
-// A text and bytes without a meaning are no arrays: each is one whole. No switch over types has a
-// default, so the compiler names all that a new one needs.
-// clang-format off
-enum class Type : uint8_t {
-    none, u8, u16, u32, u64, i16, i32, f32, f64, time, domain, text, bytes, record
-};
-// clang-format on
-
-template <typename T> inline constexpr Type typeOf = Type::none;
-template <> inline constexpr Type typeOf<uint8_t> = Type::u8;
-template <> inline constexpr Type typeOf<uint16_t> = Type::u16;
-template <> inline constexpr Type typeOf<uint32_t> = Type::u32;
-template <> inline constexpr Type typeOf<uint64_t> = Type::u64;
-template <> inline constexpr Type typeOf<int16_t> = Type::i16;
-template <> inline constexpr Type typeOf<int32_t> = Type::i32;
-template <> inline constexpr Type typeOf<float> = Type::f32;
-template <> inline constexpr Type typeOf<double> = Type::f64;
-template <> inline constexpr Type typeOf<Time32> = Type::time;
-template <> inline constexpr Type typeOf<PowerDomain> = Type::domain;
-template <size_t size> inline constexpr Type typeOf<char[size]> = Type::text;
-template <size_t size> inline constexpr Type typeOf<std::byte[size]> = Type::bytes;
-template <typename T>
-requires std::is_class_v<T>
-inline constexpr Type typeOf<T> = Type::record;
-
-// Reads a value from a record's bytes, which may be unaligned. All values are read through this
-// function.
-template <typename T> T load(const uint8_t *at) {
-    T value;
-    memcpy(&value, at, sizeof value);
-    return value;
-}
-
-// The largest whole number, of those up to UINT32_MAX, that a member of this type can hold.
-constexpr uint32_t maxOf(Type type) {
-    switch (type) {
-    case Type::u8:
-        return UINT8_MAX;
-    case Type::u16:
-    case Type::domain:
-        return UINT16_MAX;
-    case Type::i16:
-        return INT16_MAX;
-    case Type::i32:
-        return INT32_MAX;
-    case Type::none:
-    case Type::u32:
-    case Type::u64:
-    case Type::f32:
-    case Type::f64:
-    case Type::time:
-    case Type::text:
-    case Type::bytes:
-    case Type::record:
-        break;
-    }
-    return UINT32_MAX;
-}
-
-// How a line shows a member.
+// How the value of a row is printed. No switch over formats has a default either.
 enum class Format : uint8_t {
-    // As its type is shown: a number in decimal (float with the style's number of places, double as
-    // %g), a domain with its name, a text up to its first NUL, a time with an empty line after it;
-    // an array as one line for each element.
+    // The usual format of the type. Numbers are decimal, a float with the number of decimals that
+    // the report's style has, a double as printf's %g prints it. A domain is followed by its name,
+    // and a time by an empty line. Text ends at its first NUL. An array has one line per element.
     plain,
     signedDecimal,   // a uint32_t as if it were an int32_t
     unsignedDecimal, // an int32_t as if it were a uint32_t
-    signExtended,    // an int16_t, widened with its sign to 32 bits, as a uint32_t
-    hex,             // a uint8_t as two digits
-    threePlaces,     // a uint8_t padded to three places
-    timeOnly,        // without the empty line
-    // An array, a text or bytes as a heading, "[]" after the label, and lines of at most sixteen
-    // values:
-    hexList,        // numbers of at least two digits
-    hexList4,       // numbers of at least four digits
-    hexListAndText, // a text's bytes, and one more line with all of the text
-    decimalList,
-    labelledDecimalList, // decimal, with "In DEC: " before the first
+    signExtended,    // an int16_t, sign-extended to 32 bits, as a uint32_t
+    hex,             // a uint8_t as "0x" and two digits
+    threePlaces,     // a uint8_t padded with blanks to three places
+    timeOnly,        // a time without the empty line
+    // List formats: "[]" after the label, then lines of at most sixteen values. They are for arrays
+    // and, byte by byte, for text and bytes.
+    hexList,             // at least two digits per value
+    hexList4,            // at least four digits per value
+    hexListAndText,      // text, followed by a line with all of its bytes as characters
+    decimalList,         // decimal
+    labelledDecimalList, // decimal, with "In DEC: " before the first value
 };
+
 constexpr bool isList(Format format) {
     return format >= Format::hexList;
 }
 
-// Whether a type is a run of bytes, of which lists show each.
-constexpr bool isByteString(Type type) {
-    return type == Type::text || type == Type::bytes;
-}
-
+// Whether the format suits a member of this type, or an array of such members.
 constexpr bool canShow(Format format, Type type, bool isArray) {
     switch (format) {
     case Format::plain:
@@ -143,93 +88,51 @@ constexpr bool canShow(Format format, Type type, bool isArray) {
     return false;
 }
 
-// Whether a member of this type can have a bound: who writes knows whole numbers of up to four
-// bytes, and doubles.
-constexpr bool canHaveBound(Type type) {
-    switch (type) {
-    case Type::none:
-    case Type::u64:
-    case Type::f32:
-    case Type::text:
-    case Type::bytes:
-    case Type::record:
-        return false;
-    case Type::u8:
-    case Type::u16:
-    case Type::u32:
-    case Type::i16:
-    case Type::i32:
-    case Type::f64:
-    case Type::time:
-    case Type::domain:
-        return true;
-    }
-    return false;
-}
-
-// The reports, of those that share a table, in which a row appears; each such table names its own.
+// A set of reports (bit mask). Where several reports share a table, the header of the table defines
+// one bit for each.
 using Views = uint8_t;
 inline constexpr Views inAllViews = 0xFF;
 inline constexpr Views inNoView = 0;
 
+// The index of a member that is not an element of an array.
 inline constexpr int noIndex = -1;
 
-// Neither constexpr nor defined: a row that would call it does not compile, and the compiler shows
+// Declared only: a table that reaches a call of it does not compile, and the error message shows
 // the reason.
-void refuseRow(const char *reason);
+void rejectRow(const char *reason);
 
 struct [[nodiscard]] Row {
-    std::string_view label; // a string literal, so its data end with NUL
-    std::string_view path;  // of the member in its record; "" if the row shows none
+    std::string_view label; // a string literal, so a NUL follows its last character
+    std::string_view path;  // of the member in its record; "" if the row shows no member
     Type type;
     Format format = Format::plain;
-    bool isVerbatim = false; // the label is all that stands before the value
-    bool isFlag = false;     // 0 or 1, to whoever asks for a value
-    Views views = inAllViews;
-    uint16_t count = 0;  // of elements; 0 if it is no array
-    uint32_t size = 0;   // of one element in bytes
-    uint32_t offset = 0; // of the first byte in the record
-    // Up to which it may be written: a whole number from 0, a double from -bound. None if it may
-    // not.
+    bool isVerbatim = false;  // whether the label is everything that precedes the value
+    bool isFlag = false;      // whether the wizard asks for 0 or 1
+    Views views = inAllViews; // the reports in which the row appears
+    uint16_t count = 0;       // number of elements; 0 if the member is not an array
+    uint32_t size = 0;        // of the member, or of one element, in bytes
+    uint32_t offset = 0;      // of the member in its record, in bytes
+    // The largest value that may be written; the smallest is 0, or -bound for a double. Empty if
+    // the member is read-only.
     std::optional<uint32_t> bound = {};
-    std::span<const Row> nested = {}; // the rows of the struct that the member or its element is
+    std::span<const Row> nested = {}; // the table of the struct, if the member is one
 
     [[nodiscard]] constexpr bool isArray() const {
         return count != 0;
     }
-    // How often there is one: each element of an array, and what is no array once.
+    // Returns the number of elements; 1 if the member is not an array.
     [[nodiscard]] constexpr uint32_t elementCount() const {
         return std::max<uint32_t>(count, 1);
     }
-    // What names one of them in brackets.
+    // Returns the index to print in brackets, noIndex if the member is not an array.
     [[nodiscard]] constexpr int indexOf(uint32_t element) const {
         return isArray() ? static_cast<int>(element) : noIndex;
     }
 
-    // Writable from 0 to a bound that the member can hold.
-    consteval Row upTo(uint32_t max) const {
-        if (max > maxOf(type)) {
-            refuseRow("a bound that the member cannot hold");
-        }
-        return truncatingUpTo(max);
-    }
-    // Writable from 0 to a bound that the member need not hold: its low bytes are written.
-    consteval Row truncatingUpTo(uint32_t max) const {
-        if (bound || !canHaveBound(type)) {
-            refuseRow("a second bound, or a bound of a type that nobody writes");
-        }
-        Row changed = *this;
-        changed.bound = max;
-        return changed;
-    }
-    consteval Row asFlag() const {
-        Row changed = upTo(1);
-        changed.isFlag = true;
-        return changed;
-    }
+    // The calls that are described at the top of this file.
     consteval Row as(Format other) const {
         if (format != Format::plain || !canShow(other, type, isArray())) {
-            refuseRow("a second format, or one that is not for the member's type");
+            rejectRow("the row already has a format, or the format does not suit the member");
         }
         Row changed = *this;
         changed.format = other;
@@ -250,19 +153,40 @@ struct [[nodiscard]] Row {
         changed.views = some;
         return changed;
     }
+    consteval Row upTo(uint32_t max) const {
+        if (typeInfo(type).canHaveBound() && max > typeInfo(type).max) {
+            rejectRow("the member cannot hold the bound");
+        }
+        return truncatingUpTo(max);
+    }
+    // What is written are the low bytes of the value, as many as the member has.
+    consteval Row truncatingUpTo(uint32_t max) const {
+        if (bound || !typeInfo(type).canHaveBound()) {
+            rejectRow("the row already has a bound, or its member cannot have one");
+        }
+        Row changed = *this;
+        changed.bound = max;
+        return changed;
+    }
+    consteval Row asFlag() const {
+        Row changed = upTo(1);
+        changed.isFlag = true;
+        return changed;
+    }
 };
 
+// Returns the row of a member. To be called through ROW and GROUP.
 template <typename Member>
 consteval Row makeRow(std::string_view path, size_t offset, std::span<const Row> nested = {}) {
     constexpr bool isArray = typeOf<Member> == Type::none;
     using Element = std::conditional_t<isArray, std::remove_extent_t<Member>, Member>;
-    static_assert(typeOf<Element> != Type::none, "a type that no row shows");
+    static_assert(typeOf<Element> != Type::none, "unsupported member type");
     if ((typeOf<Element> == Type::record) == nested.empty()) {
-        refuseRow("a struct without the rows of its members, or rows in what is no struct");
+        rejectRow("a struct needs GROUP and the rows of its members, any other member needs ROW");
     }
     for (const Row &row : nested) {
         if (!row.nested.empty() || row.offset + row.size * row.elementCount() > sizeof(Element)) {
-            refuseRow("rows of another struct, or rows that nest rows themselves");
+            rejectRow("the nested rows belong to another struct, or nest rows themselves");
         }
     }
     return {.label = path,
@@ -276,23 +200,22 @@ consteval Row makeRow(std::string_view path, size_t offset, std::span<const Row>
 }
 #define ROW(record, member)                                                                        \
     makeRow<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member))
-// A member that is a struct, or an array of them, with the rows of that struct.
 #define GROUP(record, member, rows)                                                                \
     makeRow<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member),  \
                                                                rows)
 
-// A line that shows no member.
+// Returns a row that shows a text and no member.
 consteval Row line(std::string_view text) {
     return {.label = text, .path = "", .type = Type::none, .isVerbatim = true};
 }
 
-// The row with this path; there must be one.
+// Returns the row with this path. Does not compile if there is none.
 consteval const Row *findRow(std::span<const Row> rows, std::string_view path) {
     for (const Row &row : rows) {
         if (row.path == path) {
             return &row;
         }
     }
-    refuseRow("no row has this path");
+    rejectRow("no row has this path");
     return nullptr;
 }

@@ -3,7 +3,7 @@
 // of the block unless they say otherwise.
 #pragma once
 
-#include "rows/print_rows.h"
+#include "rows/row.h"
 #include "sections/power_reporting.h"
 
 inline constexpr int cpuCount = 4;
