@@ -1,4 +1,4 @@
-// The argument vector on its way through the option pass.
+// The command line's arguments, and helpers to parse them.
 #pragma once
 
 #include "upm/upm_block.h"
@@ -9,10 +9,11 @@
 
 inline constexpr long lastPolicy = policyCount - 1;
 
-// The exit status of a run that ends with the option just read; nothing if the pass goes on.
+// The exit status if the option just parsed ends the program; empty to continue parsing.
 using EarlyExit = std::optional<int>;
 inline constexpr EarlyExit keepParsing = std::nullopt;
 
+// The arguments of main. Position 0 is the program's name.
 struct Arguments {
     int count;
     char **words;
@@ -20,22 +21,25 @@ struct Arguments {
     [[nodiscard]] bool has(int position) const {
         return position < count;
     }
+    // Whether the argument exists and is exactly this word.
     [[nodiscard]] bool is(int position, const char *word) const {
         return has(position) && strcmp(words[position], word) == 0;
     }
+    // Whether the argument, which must exist, begins with "-".
     [[nodiscard]] bool isOption(int position) const {
         return words[position][0] == '-';
     }
 };
 
-// Converts a base-10 number; false if it stops before the end of the text. An overflow gives the
-// nearest long, which no caller's range holds.
+// Parses a decimal number. Returns false if any other text follows it. On overflow, `value` is
+// LONG_MIN or LONG_MAX, which every caller's range check rejects.
 inline bool parseLong(const char *text, long &value) {
     char *rest = nullptr;
     value = strtol(text, &rest, 10);
     return *rest == '\0';
 }
 
+// Whether the value is not within 0..max.
 inline bool isOutOfRange(long value, long max) {
     return value < 0 || value > max;
 }

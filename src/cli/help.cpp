@@ -5,7 +5,7 @@
 void printUsage() {
     puts(
         "\n"
-        " OrbelStatProbe Ver.0.2 \n" // part of the text, whatever the release
+        " OrbelStatProbe Ver.0.2 \n" // a fixed text, not this program's version
         "------------------------------------------------------------\n"
         "\n"
         " orbelstatprobe\n"

@@ -1,4 +1,4 @@
-// The two help texts.
+// The help texts.
 #pragma once
 
 // Prints the usage text, which covers every option.

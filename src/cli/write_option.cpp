@@ -8,8 +8,9 @@
 
 namespace {
 
-constexpr int errorStatus = -1; // 255 to the shell; the wizard always ends with it
+constexpr int errorStatus = -1; // 255 in the shell; also the status after the wizard
 
+// These two functions print an error and return errorStatus.
 EarlyExit failWithWriteHints(const char *error) {
     printf("%s\n"
            "  orbelstatprobe -w -u -c\n"
@@ -24,42 +25,42 @@ EarlyExit failWithPolicyUsage(const Arguments &arguments) {
     return errorStatus;
 }
 
-// Whether an exact "-u" follows from position k on, with nothing but options before it.
-bool findsUpmOption(const Arguments &arguments, int k) {
-    while (arguments.has(k) && arguments.isOption(k) && !arguments.is(k, "-u")) {
-        ++k;
+// Whether one of the arguments from `next` on is exactly "-u", with only options before it.
+bool findUpmOption(const Arguments &arguments, int next) {
+    while (arguments.has(next) && arguments.isOption(next) && !arguments.is(next, "-u")) {
+        ++next;
     }
-    return arguments.is(k, "-u");
+    return arguments.is(next, "-u");
 }
 
-// Handles "-p <id> -s <0/1>", which starts at position k.
-EarlyExit parsePolicyStateWrite(const Arguments &arguments, int k) {
+// Parses "-p <id> -s <0/1>", which begins at position `next`, and writes the policy's state.
+EarlyExit parsePolicyStateWrite(const Arguments &arguments, int next) {
     const char *const *words = arguments.words;
     long policy = 0;
     long state = 0;
-    if (!arguments.has(k + 2)) {
+    if (!arguments.has(next + 2)) {
         return failWithPolicyUsage(arguments);
     }
-    if (!parseLong(words[k + 1], policy)) {
-        printf("Error: invalid policy_id '%s'\n", words[k + 1]);
+    if (!parseLong(words[next + 1], policy)) {
+        printf("Error: invalid policy_id '%s'\n", words[next + 1]);
         return errorStatus;
     }
     if (isOutOfRange(policy, lastPolicy)) {
         printf("Error: policy_id %ld out of range [0..15]\n", policy);
         return errorStatus;
     }
-    if (!arguments.is(k + 2, "-s") || !arguments.has(k + 3)) {
+    if (!arguments.is(next + 2, "-s") || !arguments.has(next + 3)) {
         return failWithPolicyUsage(arguments);
     }
-    if (!parseLong(words[k + 3], state)) {
-        printf("Error: invalid policy_state '%s'\n", words[k + 3]);
+    if (!parseLong(words[next + 3], state)) {
+        printf("Error: invalid policy_state '%s'\n", words[next + 3]);
         return errorStatus;
     }
     if (isOutOfRange(state, 1)) {
         printf("Error: policy_state must be 0 or 1, got %ld\n", state);
         return errorStatus;
     }
-    optind = k + 4;
+    optind = next + 4;
     writePolicyState(static_cast<uint32_t>(policy), static_cast<int32_t>(state));
     return keepParsing;
 }
@@ -67,14 +68,14 @@ EarlyExit parsePolicyStateWrite(const Arguments &arguments, int k) {
 } // namespace
 
 EarlyExit parseWriteOption(const Arguments &arguments) {
-    const int k = optind;
-    if (!findsUpmOption(arguments, k)) {
+    const int next = optind;
+    if (!findUpmOption(arguments, next)) {
         return failWithWriteHints("Error: -w now requires -u. Try:");
     }
-    if (!arguments.is(k, "-u")) {
+    if (!arguments.is(next, "-u")) {
         return failWithWriteHints("Error: -w -u is required. Try:");
     }
-    if (!arguments.has(k + 1)) {
+    if (!arguments.has(next + 1)) {
         printf("Usage: %s -w -u where:\n"
                "  -c                     : clear policy data\n"
                "  -m                     : interactive overwrite wizard\n"
@@ -82,18 +83,18 @@ EarlyExit parseWriteOption(const Arguments &arguments) {
                arguments.words[0]);
         return errorStatus;
     }
-    if (arguments.is(k + 1, "-c")) {
-        optind = k + 2;
+    if (arguments.is(next + 1, "-c")) {
+        optind = next + 2;
         clearPolicyData();
         return keepParsing;
     }
-    if (arguments.is(k + 1, "-m")) {
+    if (arguments.is(next + 1, "-m")) {
         runOverwriteWizard();
         return errorStatus;
     }
-    if (arguments.is(k + 1, "-p")) {
-        return parsePolicyStateWrite(arguments, k + 1);
+    if (arguments.is(next + 1, "-p")) {
+        return parsePolicyStateWrite(arguments, next + 1);
     }
-    printf("Error: Unknown sub-option '%s' for -w -u\n", arguments.words[k + 1]);
+    printf("Error: Unknown sub-option '%s' for -w -u\n", arguments.words[next + 1]);
     return errorStatus;
 }

@@ -1,8 +1,9 @@
-// The option -w.
+// The option -w, which writes shared memory.
 #pragma once
 
 #include "cli/arguments.h"
 
-// Reads what follows -w, from getopt's `optind` on, which it moves past what it used. Runs the
-// write or the wizard that it asks for, or prints what is wrong with it.
+// Parses the arguments of -w, starting at getopt's `optind`, and advances `optind` past them. Runs
+// the requested write or the wizard, or prints an error. Returns -1, which is 255 in the shell,
+// after an error and after the wizard.
 EarlyExit parseWriteOption(const Arguments &arguments);

@@ -6,10 +6,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// Why the first write that failed did so; 0 as long as none has.
+// The errno of the first write to standard output that failed; 0 if none has.
 static int outputErrno = 0;
 
-// Opens a descriptor on /dev/null if it is closed. Returns whether it is open now.
+// If the descriptor is closed, opens /dev/null on it, read-only. Returns whether it is open now.
 static bool openNullIfClosed(int descriptor) {
     if (fcntl(descriptor, F_GETFD) >= 0) {
         return true;
@@ -20,7 +20,7 @@ static bool openNullIfClosed(int descriptor) {
 
 bool openStandardStreams(const char *program) {
     static char outputBuffer[16384];
-    openNullIfClosed(STDIN_FILENO); // a closed one reads as one that has ended
+    openNullIfClosed(STDIN_FILENO); // on failure, reads fail as if the input had ended
     if (!openNullIfClosed(STDOUT_FILENO) || !openNullIfClosed(STDERR_FILENO)) {
         fprintf(stderr, "%s: standard output is closed, and /dev/null cannot take its place: %s\n",
                 program, strerror(errno));
@@ -34,7 +34,7 @@ bool openStandardStreams(const char *program) {
 
 void recordOutputError() {
     if (outputErrno == 0 && ferror(stdout) != 0) {
-        outputErrno = errno;
+        outputErrno = errno != 0 ? errno : EIO; // errno may have been reset since the failure
     }
 }
 
@@ -45,10 +45,11 @@ void flushStandardOutput() {
 
 bool closeStandardOutput(const char *program) {
     flushStandardOutput();
-    if (fclose(stdout) == 0 && outputErrno == 0) {
-        return true;
+    if (fclose(stdout) != 0 && outputErrno == 0) {
+        outputErrno = errno != 0 ? errno : EIO;
     }
-    fprintf(stderr, "%s: standard output: %s\n", program,
-            strerror(outputErrno != 0 ? outputErrno : errno));
-    return false;
+    if (outputErrno != 0) {
+        fprintf(stderr, "%s: standard output: %s\n", program, strerror(outputErrno));
+    }
+    return outputErrno == 0;
 }

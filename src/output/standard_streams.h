@@ -1,21 +1,22 @@
 // Standard input, output and error. The platform's library may open descriptors of its own and
-// write to shared memory through them: none of them may be taken for standard output or error.
+// write to shared memory through them: such a descriptor must never get number 1 or 2.
 #pragma once
 
-// Opens those of the descriptors 0, 1 and 2 that are closed on /dev/null, for reading only, so that
-// what is printed to them counts as lost. Standard output then goes out in a few large writes,
-// unless it is a terminal. To be called before anything else. Returns false if a closed standard
-// output or error could not be opened; then nothing may be read or written. The reason goes to
-// standard error, if that is open, in one line that begins with `program`.
+// If descriptor 0, 1 or 2 is closed, opens /dev/null on it, read-only so that output to it fails
+// and is reported as lost. Gives standard output a large buffer unless it is a terminal. Must be
+// called before anything else. Returns false, after a message on standard error that begins with
+// `program`, if standard output or error is closed and /dev/null cannot be opened; nothing may be
+// read or written then.
 bool openStandardStreams(const char *program);
 
-// To be called right after text has been handed to standard output. If it could not be written,
-// remembers the reason in errno for closeStandardOutput.
+// Remembers for closeStandardOutput why text could not be written to standard output. Must be
+// called right after the output, while errno is still set; does nothing if the output was
+// successful. If errno is 0, the reason is EIO.
 void recordOutputError();
 
-// Flushes standard output, and notes what is lost.
+// Flushes standard output and records an error.
 void flushStandardOutput();
 
-// Closes standard output. Returns whether all that was printed has been written; if not, says why
-// on standard error, in one line that begins with `program`.
+// Closes standard output. Returns whether everything that was printed has been written; if not,
+// prints one line with the reason on standard error, which begins with `program`.
 bool closeStandardOutput(const char *program);

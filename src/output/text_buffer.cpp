@@ -16,18 +16,19 @@ void TextBuffer::flush() {
 void TextBuffer::putUnbuffered(std::string_view characters) {
     flush();
     fwrite_unlocked(characters.data(), 1, characters.size(), stdout);
+    recordOutputError();
     flushed += characters.size();
 }
 
 void TextBuffer::putRepeated(char character, int count) {
     if (count > 0) {
-        memset(room(), character, static_cast<size_t>(count));
+        memset(reserve(), character, static_cast<size_t>(count));
         used += static_cast<size_t>(count);
     }
 }
 
 void TextBuffer::putUnsigned(uint64_t value) {
-    used = static_cast<size_t>(std::to_chars(room(), std::end(text), value).ptr - text);
+    used = static_cast<size_t>(std::to_chars(reserve(), std::end(text), value).ptr - text);
 }
 
 void TextBuffer::putPadded(uint64_t value, int width, char padding) {
@@ -38,7 +39,7 @@ void TextBuffer::putPadded(uint64_t value, int width, char padding) {
 }
 
 void TextBuffer::putSigned(int32_t value) {
-    used = static_cast<size_t>(std::to_chars(room(), std::end(text), value).ptr - text);
+    used = static_cast<size_t>(std::to_chars(reserve(), std::end(text), value).ptr - text);
 }
 
 static constexpr char hexDigits[] = "0123456789abcdef";
@@ -59,17 +60,18 @@ void TextBuffer::putHex(uint16_t value, int minDigits) {
     }
 }
 
-void TextBuffer::putFixed(float value, int places) {
+void TextBuffer::putFixed(float value, int decimals) {
     static constexpr uint64_t powersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
     static constexpr double tooLarge = 1e15;
-    // A float has 24 significant bits and the power at most 14, so the product is exact, and so is
-    // what truncation leaves of it: rounding half to even here is what printf does.
-    const uint64_t power = powersOfTen[places];
+    // A float has 24 significant bits and the power of ten at most 14, so a double holds the
+    // product exactly, and its fraction too. Rounding half to even, as printf does, is therefore
+    // exact.
+    const uint64_t power = powersOfTen[decimals];
     const double scaled = std::fabs(static_cast<double>(value)) * static_cast<double>(power);
-    if (!(scaled < tooLarge)) { // nor is NaN
-        char number[64];        // the largest float has 39 digits before the point
+    if (!(scaled < tooLarge)) { // also true for NaN
+        char number[64];        // the largest float has 39 digits before the decimal point
         const int count =
-            snprintf(number, sizeof number, "%.*f", places, static_cast<double>(value));
+            snprintf(number, sizeof number, "%.*f", decimals, static_cast<double>(value));
         put({number, static_cast<size_t>(count)});
         return;
     }
@@ -83,7 +85,7 @@ void TextBuffer::putFixed(float value, int places) {
     }
     putUnsigned(units / power);
     put('.');
-    putPadded(units % power, places, '0');
+    putPadded(units % power, decimals, '0');
 }
 
 void TextBuffer::putGeneral(double value) {
