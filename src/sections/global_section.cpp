@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-// Label and hyphens end in the same column on every line of both reports; only the lines of the
-// power statistics have a run of one length.
+// Label and hyphens end in the same column on every line of both reports; only the power statistics
+// have a fixed number of hyphens instead.
 static constexpr Style memberStyle{.prefix = "   ", .hyphens = 28, .column = 43};
 
 void printGlobalSectionOffsets() {
@@ -20,10 +20,11 @@ void printGlobalSectionOffsets() {
             out.put('\n');
             continue;
         }
-        // Of an array of structs each element has a line, of any other array the first has one.
-        const bool isOfStructs = !row.nested.empty();
-        for (uint32_t i = 0; i < (isOfStructs ? row.elementCount() : 1); ++i) {
-            putLabel(out, memberStyle, nullptr, row, isOfStructs ? row.indexOf(i) : noIndex);
+        // An array of structs gets one line per element; any other array gets one line, for its
+        // first element.
+        const bool hasStructs = !row.nested.empty();
+        for (uint32_t i = 0; i < (hasStructs ? row.elementCount() : 1); ++i) {
+            putLabel(out, memberStyle, nullptr, row, hasStructs ? row.indexOf(i) : noIndex);
             out.putUnsigned(row.offset + i * row.size);
             out.put('\n');
         }

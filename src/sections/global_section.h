@@ -5,7 +5,8 @@
 #include "sections/psu_info.h"
 #include "shm/shm.h"
 
-// Runs that nobody reads are numbered in order, in each struct by itself.
+// The record of the section. Bytes that nothing uses are called reserved1, reserved2, ... within
+// each struct.
 struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
     struct __attribute__((packed)) {
         uint8_t u8NMSupport;
@@ -25,7 +26,7 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
         uint8_t u8SizeManagedSys;
         uint8_t u8MixedModePSUSupport;
         uint8_t u8PECIOverSMBusSupport;
-        uint16_t au8CPUMisc[56]; // words, whatever the name says
+        uint16_t au8CPUMisc[56]; // 16-bit values, despite the name
         uint8_t reserved1[4];
     } sPowerInfoPWR;
     struct __attribute__((packed)) {
@@ -64,7 +65,7 @@ struct __attribute__((packed)) sPwrIpmiGlobalSec1 {
         uint16_t amps;
     } sTolmPwrDataTypePWR;
     struct __attribute__((packed)) {
-        uint16_t u8Status[psuCount]; // words, whatever the name says
+        uint16_t u8Status[psuCount]; // 16-bit values, despite the name
         uint8_t u8StatusValid[psuCount];
         uint8_t u8TempReadingValid[psuCount];
         uint8_t u8RedundancySensorEnabled;
@@ -133,10 +134,11 @@ static_assert(offsetof(sPwrIpmiGlobalSec1, NMHealth) == 724);
 static_assert(offsetof(sPwrIpmiGlobalSec1, throttleState) == 770);
 static_assert(offsetof(sPwrIpmiGlobalSec1, PowerOnReqPSyS) == 798);
 
+// The two reports.
 inline constexpr Views inOffsets = 1;
 inline constexpr Views inValues = 2;
 
-// One row a line.
+// One row per line.
 // clang-format off
 inline constexpr Row globalSectionRows[] = {
     line(""),
@@ -249,5 +251,5 @@ inline constexpr Row globalSectionRows[] = {
 // Prints the offset of every member of the record, without reading shared memory.
 void printGlobalSectionOffsets();
 
-// Prints the value of every member; a failed allocation or read prints its message only.
+// Prints the value of every member. If the allocation or the read fails, prints only a message.
 void dumpGlobalSection();

@@ -4,7 +4,7 @@
 #include "rows/row.h"
 #include "shm/shm.h"
 
-// Runs that nobody reads are numbered in order.
+// The record of the section. Bytes that nothing uses are called reserved1, reserved2, ...
 struct __attribute__((packed)) sTolmAbsPowerConfigClr {
     float peakHeadroom;
     uint32_t instHeadroom;
@@ -21,7 +21,7 @@ struct __attribute__((packed)) sTolmAbsPowerConfigClr {
 static_assert(sizeof(sTolmAbsPowerConfigClr) == powerConfigSection.size);
 static_assert(offsetof(sTolmAbsPowerConfigClr, cumulativePower) == 32);
 
-// One row a line.
+// One row per line.
 // clang-format off
 inline constexpr Row powerConfigRows[] = {
     ROW(sTolmAbsPowerConfigClr, peakHeadroom),
@@ -36,5 +36,5 @@ inline constexpr Row powerConfigRows[] = {
 };
 // clang-format on
 
-// Prints the section field by field; a failed allocation or read prints its message only.
+// Prints the section field by field. If the allocation or the read fails, prints only a message.
 void dumpPowerConfig();

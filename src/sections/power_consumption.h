@@ -1,9 +1,10 @@
-// The power consumption entry, which the power reporting section and, without the time, the global
-// power section are full of.
+// The power consumption entry, used throughout the power reporting section and, without its time,
+// in the global power section.
 #pragma once
 
 #include "rows/row.h"
 
+// The power consumption of one domain.
 struct __attribute__((packed)) sPwrConsEntry {
     uint16_t u16CurPwr;
     uint16_t u16MinPwr;
@@ -14,7 +15,7 @@ struct __attribute__((packed)) sPwrConsEntry {
 };
 static_assert(sizeof(sPwrConsEntry) == 17);
 
-// One row a line.
+// One row per line.
 // clang-format off
 inline constexpr Row consumptionRows[] = {
     ROW(sPwrConsEntry, u16CurPwr),
@@ -24,4 +25,5 @@ inline constexpr Row consumptionRows[] = {
     ROW(sPwrConsEntry, u32IPMITimeStmp),
 };
 // clang-format on
-inline constexpr std::span<const Row> powerRows = std::span(consumptionRows).first(4); // no time
+// Without the time.
+inline constexpr std::span<const Row> powerRows = std::span(consumptionRows).first(4);

@@ -4,7 +4,7 @@
 
 static constexpr Style memberStyle{.prefix = "   sPowerReportSection.", .hyphens = 6};
 
-// Puts the average readings of an array, one line an entry.
+// Writes an array of average utilisation readings, one line per entry.
 static void putReadings(TextBuffer &out, const Row &readings, const uint8_t *section) {
     const uint8_t *entry = section + readings.offset;
     for (uint32_t i = 0; i < readings.count; ++i, entry += readings.size) {

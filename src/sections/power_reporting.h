@@ -1,56 +1,13 @@
-// The power reporting section (PWR_RPTG_SEC) and the report of its front, which carries the power
+// The power reporting section (PWR_RPTG_SEC) and the report of its front, which holds the power
 // history, utilisation statistics and readings. Its tail is the UPM data block.
 #pragma once
 
 #include "sections/power_consumption.h"
+#include "sections/utilisation.h"
+#include "sections/voltage_regulator.h"
 #include "shm/shm.h"
 
-// Utilisation statistics (CUPS) of one kind over one period.
-struct __attribute__((packed)) sCupsPeriodStats {
-    uint16_t average;
-    uint16_t minimum;
-    Time32 minimumTime;
-    uint16_t maximum;
-    Time32 maximumTime;
-};
-static_assert(sizeof(sCupsPeriodStats) == 14);
-
-struct __attribute__((packed)) sCupsPeriod {
-    sCupsPeriodStats cpu;
-    sCupsPeriodStats io;
-    sCupsPeriodStats mem;
-    sCupsPeriodStats sys;
-};
-
-// One average utilisation reading.
-struct __attribute__((packed)) sOOBData {
-    uint16_t cups_cpu_usage;
-    uint16_t cups_io_usage;
-    uint16_t cups_mem_usage;
-    uint16_t cups_syslvl_usage;
-};
-static_assert(sizeof(sOOBData) == 8);
-
-// One voltage regulator.
-struct __attribute__((packed)) sVcoreVRData {
-    Time32 u32IPMITimeStmp;
-    float temp;
-    float Vin;
-    float Vout;
-    float Pout;
-    float Iout;
-    float CntlrTemp;
-    float Pcc;
-    float Ocw;
-    float FinalICA;
-    uint8_t reserved1[1];
-    char DisplayName[30];
-    char PlanarId[30];
-    char VendorName[31];
-};
-static_assert(sizeof(sVcoreVRData) == 132);
-
-// Runs that nobody reads are numbered in order.
+// The record of the section. Bytes that nothing uses are called reserved1, reserved2, ...
 struct __attribute__((packed)) sTolmAbsPowerReporting {
     uint16_t peakHeadroom;
     uint16_t instHeadroom;
@@ -71,7 +28,7 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
     Time32 lastDayMaxPowerTime;
     uint16_t lastDayMaxPower;
     uint16_t lastWeekAvgPower;
-    uint32_t lastWeekMinPowerTime; // shown as a plain number, unlike the other times
+    uint32_t lastWeekMinPowerTime; // printed as a number, unlike the other times
     uint16_t lastWeekMinPower;
     uint16_t lastWeekMaxPower;
     uint8_t reserved3[4];
@@ -110,9 +67,9 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
     Time32 peak_util_cups_io_time;
     Time32 peak_util_cups_mem_time;
     Time32 peak_util_cups_sys_time;
-    sOOBData hour_oob_data[60]; // one a minute
-    sOOBData day_oob_data[24];  // one an hour
-    sOOBData week_oob_data[14]; // one a day
+    sOOBData hour_oob_data[60]; // one per minute
+    sOOBData day_oob_data[24];  // one per hour
+    sOOBData week_oob_data[14]; // one per day
     Time32 peak_util_start_time_cups_cpu;
     Time32 peak_util_start_time_cups_io;
     Time32 peak_util_start_time_cups_mem;
@@ -151,9 +108,9 @@ struct __attribute__((packed)) sTolmAbsPowerReporting {
     } subSystemPowerData;
     sVcoreVRData vcoreVRData[20];
     uint8_t reserved4[24470];
-    uint8_t cpuSample[25]; // sub-second
+    uint8_t cpuSample[25]; // sub-second samples
     uint8_t reserved5[1];
-    uint8_t upmBlock[1616]; // the UPM data block, which has a record of its own
+    uint8_t upmBlock[1616]; // see upm/upm_block.h
 };
 static_assert(sizeof(sTolmAbsPowerReporting) == powerReportingSection.size);
 static_assert(offsetof(sTolmAbsPowerReporting, activePolicyName) == 72);
@@ -175,46 +132,24 @@ static_assert(offsetof(sTolmAbsPowerReporting, vcoreVRData) == 1525);
 static_assert(offsetof(sTolmAbsPowerReporting, cpuSample) == 28635);
 static_assert(offsetof(sTolmAbsPowerReporting, upmBlock) == 28661);
 
-// The lines of one kind's statistics over a period.
-#define AVERAGE_AND_MINIMUM(period, kind)                                                          \
-    ROW(sTolmAbsPowerReporting, period.kind.average).labelled(#period "_avg_cups_" #kind),         \
-        ROW(sTolmAbsPowerReporting, period.kind.minimum).labelled(#period "_min_cups_" #kind),     \
-        ROW(sTolmAbsPowerReporting, period.kind.minimumTime)                                       \
-            .labelled(#period "_min_cups_" #kind "_time")
-#define MAXIMUM(period, kind)                                                                      \
-    ROW(sTolmAbsPowerReporting, period.kind.maximum).labelled(#period "_max_cups_" #kind)
-#define MAXIMUM_TIME(period, kind)                                                                 \
-    ROW(sTolmAbsPowerReporting, period.kind.maximumTime)                                           \
-        .labelled(#period "_max_cups_" #kind "_time")
-#define STATISTICS(period, kind)                                                                   \
-    AVERAGE_AND_MINIMUM(period, kind), MAXIMUM(period, kind), MAXIMUM_TIME(period, kind)
+// The rows of one resource's statistics over a period. Some labels do not follow the pattern; their
+// rows are written out below.
+#define AVERAGE_AND_MINIMUM(period, resource)                                                      \
+    ROW(sTolmAbsPowerReporting, period.resource.average).labelled(#period "_avg_cups_" #resource), \
+        ROW(sTolmAbsPowerReporting, period.resource.minimum)                                       \
+            .labelled(#period "_min_cups_" #resource),                                             \
+        ROW(sTolmAbsPowerReporting, period.resource.minimumTime)                                   \
+            .labelled(#period "_min_cups_" #resource "_time")
+#define MAXIMUM(period, resource)                                                                  \
+    ROW(sTolmAbsPowerReporting, period.resource.maximum).labelled(#period "_max_cups_" #resource)
+#define MAXIMUM_TIME(period, resource)                                                             \
+    ROW(sTolmAbsPowerReporting, period.resource.maximumTime)                                       \
+        .labelled(#period "_max_cups_" #resource "_time")
+#define STATISTICS(period, resource)                                                               \
+    AVERAGE_AND_MINIMUM(period, resource), MAXIMUM(period, resource), MAXIMUM_TIME(period, resource)
 
-// One row a line.
+// One row per line.
 // clang-format off
-// Each entry takes one line, which the report prints by itself.
-inline constexpr Row readingRows[] = {
-    ROW(sOOBData, cups_cpu_usage).verbatim("\tcups_cpu_usage = "),
-    ROW(sOOBData, cups_mem_usage).verbatim("\tcups_mem_usage = "),
-    ROW(sOOBData, cups_io_usage).verbatim("\tcups_io_usage = "),
-    ROW(sOOBData, cups_syslvl_usage).verbatim("\tcups_syslvl_usage = "),
-};
-
-inline constexpr Row regulatorRows[] = {
-    ROW(sVcoreVRData, u32IPMITimeStmp),
-    ROW(sVcoreVRData, temp),
-    ROW(sVcoreVRData, Vin),
-    ROW(sVcoreVRData, Vout),
-    ROW(sVcoreVRData, Pout),
-    ROW(sVcoreVRData, Iout),
-    ROW(sVcoreVRData, CntlrTemp),
-    ROW(sVcoreVRData, Pcc),
-    ROW(sVcoreVRData, Ocw),
-    ROW(sVcoreVRData, FinalICA),
-    ROW(sVcoreVRData, DisplayName),
-    ROW(sVcoreVRData, PlanarId),
-    ROW(sVcoreVRData, VendorName),
-};
-
 inline constexpr Row powerReportingRows[] = {
     ROW(sTolmAbsPowerReporting, peakHeadroom),
     ROW(sTolmAbsPowerReporting, instHeadroom),
@@ -336,5 +271,5 @@ inline constexpr Row powerReportingRows[] = {
 #undef MAXIMUM_TIME
 #undef STATISTICS
 
-// Prints the front of the section. A failed allocation or read prints its message only.
+// Prints the front of the section. If the allocation or the read fails, prints only a message.
 void dumpPowerReporting();

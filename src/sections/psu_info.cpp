@@ -18,7 +18,7 @@ static void printUnit(int32_t unit, const uint8_t *record) {
            unit + 1);
     printRows(unitStyle, psuRowsBeforeBus, record);
 
-    // Zeros stand for a bus record that cannot be read.
+    // If the bus record cannot be read, zeros are shown.
     uint8_t bus[busSize] = {};
     readSection(psuInfoSection, bus, busesStart + busSize * unit, busSize);
     printRows(busStyle, psuBusRows, bus);
@@ -35,6 +35,7 @@ void dumpPSUInfo() {
             return;
         }
         printUnit(unit, record.get());
-        flushStandardOutput(); // a run that is ended in the next read has printed this unit
+        // So that this unit appears even if the program is killed during the next read.
+        flushStandardOutput();
     }
 }

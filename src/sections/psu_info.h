@@ -6,7 +6,7 @@
 
 inline constexpr int32_t psuCount = 12;
 
-// One power supply unit. Runs that nobody reads are numbered in order.
+// One power supply unit. Bytes that nothing uses are called reserved1, reserved2, ...
 struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint16_t inputRatingWatts;
     uint16_t outputRatingWatts;
@@ -14,7 +14,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     uint8_t lineStatusShadow;
     uint16_t status;
     uint8_t reserved1[1];
-    uint8_t psuType; // 1: u16VinDCMax is shown, not u16VinMax
+    uint8_t psuType; // if 1, reports show u16VinDCMax, else u16VinMax
     uint8_t reserved2[2];
     uint32_t psuCapabilities;
     uint8_t psuSlot;
@@ -68,7 +68,7 @@ struct __attribute__((packed)) sTolmAbsPSUInfo {
     float Vout;
     float FanSpeed1;
     uint8_t reserved8[36];
-    uint32_t u16VinDCMax; // 4 bytes, whatever the name says
+    uint32_t u16VinDCMax; // 4 bytes, despite the name
     uint8_t reserved9[316];
     float IinOCWLimitMax;
     float IinOCWLimitMin;
@@ -85,7 +85,7 @@ static_assert(offsetof(sTolmAbsPSUInfo, Pin) == 400);
 static_assert(offsetof(sTolmAbsPSUInfo, u16VinDCMax) == 464);
 static_assert(offsetof(sTolmAbsPSUInfo, IinOCWLimitMax) == 784);
 
-// Where a unit answers.
+// The bus and address of a power supply unit.
 struct __attribute__((packed)) sPSUBusInfo {
     uint8_t bus;
     uint8_t physicalBus;
@@ -94,6 +94,7 @@ struct __attribute__((packed)) sPSUBusInfo {
 };
 static_assert(sizeof(sPSUBusInfo) == 35);
 
+// The record of the section.
 struct __attribute__((packed)) sPSUInfoSection {
     sTolmAbsPSUInfo units[psuCount];
     sPSUBusInfo buses[psuCount];
@@ -101,11 +102,11 @@ struct __attribute__((packed)) sPSUInfoSection {
 static_assert(sizeof(sPSUInfoSection) == psuInfoSection.size);
 static_assert(offsetof(sPSUInfoSection, buses) == 9792);
 
-// Which maximum input voltage is shown depends on the unit's type.
+// The report of a unit shows one of two maximum input voltages, depending on psuType.
 inline constexpr Views withVinDCMax = 1;
 inline constexpr Views withVinMax = 2;
 
-// One row a line; those of the bus record stand between the unit's.
+// One row per line. The report prints the bus record between the two parts of the unit's record.
 // clang-format off
 inline constexpr Row psuRowsBeforeBus[] = {
     ROW(sTolmAbsPSUInfo, inputRatingWatts),
@@ -168,7 +169,7 @@ inline constexpr Row psuRowsAfterBus[] = {
     ROW(sTolmAbsPSUInfo, IinOCWLimitMin).verbatim("   sPSUPwrSection.IinOCWLimitMin ---------- "),
     ROW(sTolmAbsPSUInfo, inputOCWHalf).verbatim("   sPSUPwrSection.inputOCWHalf ------------ "),
     ROW(sTolmAbsPSUInfo, psuShareMargin).verbatim("   sPSUPwrSection.psuShareMargin ---------- "),
-    ROW(sTolmAbsPSUInfo, inputOCW).onlyIn(inNoView), // each element has a line unlike other arrays
+    ROW(sTolmAbsPSUInfo, inputOCW).onlyIn(inNoView), // printed by the next two rows
     ROW(sTolmAbsPSUInfo, inputOCW[0]).verbatim("   sPSUPwrSection.inputOCW[0] ------ -- "),
     ROW(sTolmAbsPSUInfo, inputOCW[1]).verbatim("   sPSUPwrSection.inputOCW[1] ------ -- "),
     ROW(sTolmAbsPSUInfo, u8SerialNumber).as(Format::hexList),
@@ -183,7 +184,7 @@ inline constexpr Row psuRowsAfterBus[] = {
 };
 // clang-format on
 
-// Prints all units, installed or not, each from two reads of its own. A failed allocation or
-// a failed read of a unit's record prints its message and ends the report there; a failed read of a
-// bus record shows as zeros and an empty name.
+// Prints all units, installed or not. Each is read by itself, its record first, then its bus
+// record. If the allocation or the read of a unit's record fails, prints a message and ends the
+// report. A bus record that cannot be read is shown as zeros and an empty name.
 void dumpPSUInfo();

@@ -1,6 +1,7 @@
 /*
- * The platform's functions with types of the program's own, whatever the platform's headers
- * declare. Names begin with `orbel`, since a macro of those headers could hit any other.
+ * Wrappers for the functions of the platform's libraries. They have fixed types, whatever types the
+ * platform's headers declare. All names begin with `orbel`, so that macros in those headers cannot
+ * replace them.
  */
 #ifndef ORBEL_SHM_PLATFORM_H
 #define ORBEL_SHM_PLATFORM_H
@@ -11,13 +12,15 @@
 extern "C" {
 #endif
 
-/* Tolm_shm_memread: copies bytes out of a section. Returns 0, or the library's error code. */
+/* Calls Tolm_shm_memread: copies `length` bytes at `offset` of a section. Returns 0, or the
+ * library's error code. */
 int orbelReadShm(int32_t section, uint8_t *bytes, int32_t offset, int32_t length);
 
-/* Tolm_shm_memwrite: copies bytes into a section, likewise. Only reads from `bytes`. */
+/* Calls Tolm_shm_memwrite: copies `length` bytes to `offset` of a section. Returns 0, or the
+ * library's error code. */
 int orbelWriteShm(int32_t section, const uint8_t *bytes, int32_t offset, int32_t length);
 
-/* policyTypeToString: the library's name of a policy, or null. */
+/* Calls policyTypeToString: returns the library's name of a policy, or null. */
 const char *orbelPolicyName(int16_t policy);
 
 #ifdef __cplusplus

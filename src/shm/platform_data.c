@@ -1,4 +1,5 @@
-/* The platform's shared-data library, in a file of C for its header, likewise. */
+/* Wrapper for the platform's shared-data library. In C because the library's header may be C only;
+ * see platform_shm.c. */
 #include "shm/platform.h"
 
 #include PLATFORM_DATA_HEADER

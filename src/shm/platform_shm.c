@@ -1,5 +1,6 @@
-/* The platform's shared-memory library, in C as its header is. Configuring compiles this file, too,
- * to see whether that header will do; so it includes that one last, and no other. */
+/* Wrapper for the platform's shared-memory library. In C because the library's header may be C
+ * only. CMake also compiles this file to check that header, so the file includes it last, and no
+ * header of the other library. */
 #include "shm/platform.h"
 
 #include PLATFORM_SHM_HEADER

@@ -6,16 +6,16 @@
 #include <cstdio>
 
 static_assert(std::endian::native == std::endian::little,
-              "sections are little-endian, and their bytes are copied unchanged");
+              "the sections are little-endian, and their bytes are copied unchanged");
 
 SectionBuffer allocateBuffer(int32_t size) {
     return SectionBuffer(static_cast<uint8_t *>(malloc(static_cast<size_t>(size))));
 }
 
-SectionBuffer allocateBufferOrReport(int32_t size, const char *lineEnd) {
+SectionBuffer allocateBufferOrReport(int32_t size, const char *messageEnd) {
     SectionBuffer buffer = allocateBuffer(size);
     if (!buffer) {
-        printf("ERROR with malloc sizeof %d!%s", size, lineEnd);
+        printf("ERROR with malloc sizeof %d!%s", size, messageEnd);
     }
     return buffer;
 }
@@ -25,17 +25,17 @@ int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length)
 }
 
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
-                         const char *lineEnd) {
+                         const char *messageEnd) {
     const int result = readSection(section, bytes, offset, length);
     if (result != 0) {
-        printf("ERROR reading data from shm! ret=%d%s", result, lineEnd);
+        printf("ERROR reading data from shm! ret=%d%s", result, messageEnd);
     }
     return result == 0;
 }
 
-SectionBuffer readWholeSection(Section section, const char *lineEnd) {
-    SectionBuffer buffer = allocateBufferOrReport(section.size, lineEnd);
-    if (buffer && !readSectionOrReport(section, buffer.get(), 0, section.size, lineEnd)) {
+SectionBuffer readWholeSection(Section section, const char *messageEnd) {
+    SectionBuffer buffer = allocateBufferOrReport(section.size, messageEnd);
+    if (buffer && !readSectionOrReport(section, buffer.get(), 0, section.size, messageEnd)) {
         buffer.reset();
     }
     return buffer;

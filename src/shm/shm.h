@@ -1,13 +1,13 @@
-// The only door to the platform: the sections of the power-management shared memory, reads, the raw
-// write, and policy names. No other room calls the platform.
+// The only interface to the platform's libraries: the sections of the power-management shared
+// memory, reads, the unchecked write, and policy names.
 #pragma once
 
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 
-// A section: the identifier that the platform's shared-memory library gives to it, and its size in
-// bytes, fixed by the controller's firmware.
+// A section: its number in the platform's shared-memory library and its size in bytes. The
+// controller's firmware fixes both.
 struct Section {
     int32_t id;
     int32_t size;
@@ -24,34 +24,35 @@ struct FreeBuffer {
         free(bytes);
     }
 };
-// A heap buffer of exactly the bytes read, freed when its owner returns. May be null.
+// A heap buffer of exactly the bytes read. Null if it could not be allocated or filled.
 using SectionBuffer = std::unique_ptr<uint8_t[], FreeBuffer>;
 
-// `lineEnd` is what ends a failure message: "\n", or "" where whatever is printed next continues on
-// its line.
+// The functions that report a failure print one message on standard output and then `messageEnd`:
+// "\n", or "" in reports whose messages do not end in a newline.
 
 // Allocates `size` bytes with malloc. Returns null on failure and prints nothing.
 SectionBuffer allocateBuffer(int32_t size);
 
-// As allocateBuffer, but prints the allocation message on failure.
-SectionBuffer allocateBufferOrReport(int32_t size, const char *lineEnd);
+// Like allocateBuffer, but prints a message with the size on failure.
+SectionBuffer allocateBufferOrReport(int32_t size, const char *messageEnd);
 
-// Copies `length` bytes from byte `offset` of the section. Returns 0, or the library's error code;
-// then what `bytes` holds is the library's business. Prints nothing.
+// Reads `length` bytes at offset `offset` of the section. Returns 0, or the library's error code;
+// the contents of `bytes` are then unspecified. Prints nothing.
 int readSection(Section section, uint8_t *bytes, int32_t offset, int32_t length);
 
-// As readSection, but prints the read message with the error code. Returns whether it succeeded.
+// Like readSection, but prints a message with the error code on failure. Returns whether the read
+// succeeded.
 bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_t length,
-                         const char *lineEnd);
+                         const char *messageEnd);
 
-// Allocates a buffer for a section and fills it with one read of the whole. On either failure
-// prints that failure's message and returns null.
-SectionBuffer readWholeSection(Section section, const char *lineEnd);
+// Allocates a buffer for a section and fills it with a single read. If either fails, prints a
+// message and returns null.
+SectionBuffer readWholeSection(Section section, const char *messageEnd);
 
-// Writes `length` bytes to byte `offset` of the section, whatever lies there. Returns 0, or the
-// library's error code. Prints nothing.
+// Writes `length` bytes at offset `offset` of the section. Does not check what is stored there.
+// Returns 0, or the library's error code. Prints nothing.
 int writeSection(Section section, int32_t offset, const void *bytes, int32_t length);
 
-// The platform's name for policy 0..15, NUL-terminated, owned by the platform; "(null)" if it has
-// none.
+// Returns the platform's name for policy 0..15, NUL-terminated and owned by the platform; "(null)"
+// if it has none.
 const char *policyName(int index);

@@ -7,7 +7,7 @@
 #include <cstdio>
 
 void printPolicyStateData(const uint8_t *section) {
-    printUpmTimestamp(timestampIn(section));
+    printUpmTimestamp(loadTimestamp(section));
     printRows({.prefix = "   ", .hyphens = 5}, policyStateRows,
               blockIn(section) + offsetof(sUpmBlock, policyState));
 }
@@ -21,7 +21,7 @@ void printPolicyLines(const uint8_t *section, int32_t policy, std::string_view i
     for (const Row &row : policyRows) {
         if ((row.views & view) != 0) {
             out.put(indent);
-            out.put(policyName(policy)); // asked for anew on every line
+            out.put(policyName(policy)); // the library is called again for every line
             putRow(out, fieldStyle, row, record);
         }
     }

@@ -1,6 +1,6 @@
 // The UPM data block, the tail of the power reporting section: its record, its table with the
-// bounds of what may be written, and the one function that writes. Offsets are bytes from the start
-// of the block unless they say otherwise.
+// bounds of the writable fields, and the function that writes. Offsets are in bytes from the start
+// of the block, except upmBlockOffset.
 #pragma once
 
 #include "rows/row.h"
@@ -9,8 +9,8 @@
 inline constexpr int cpuCount = 4;
 inline constexpr int policyCount = 16;
 
-// CPU power limits and what goes with them. Runs that nobody reads or writes one by one are
-// numbered in order, in each struct by itself. The per-CPU arrays are indexed by CPU.
+// CPU power limits and related fields. Bytes that nothing uses are called reserved1, reserved2, ...
+// within each struct.
 struct __attribute__((packed)) sPowerLimits {
     uint32_t cpuPPL[cpuCount];
     uint32_t cpuPL1[cpuCount];
@@ -31,7 +31,7 @@ struct __attribute__((packed)) sPowerLimits {
 };
 static_assert(sizeof(sPowerLimits) == 160);
 
-// CPU thermal readings, indexed by CPU where the wizard edits them.
+// CPU thermal readings.
 struct __attribute__((packed)) sCpuPwrThermal {
     uint32_t rawdts[cpuCount];
     uint32_t thermalMargin[cpuCount];
@@ -51,6 +51,7 @@ struct __attribute__((packed)) sCpuPwrThermal {
 };
 static_assert(sizeof(sCpuPwrThermal) == 188);
 
+// The state of the policies as a whole.
 struct __attribute__((packed)) sPolicyStateData {
     uint8_t policyUpdInx;
     uint8_t policyId;
@@ -62,6 +63,7 @@ struct __attribute__((packed)) sPolicyStateData {
 };
 static_assert(sizeof(sPolicyStateData) == 16);
 
+// One power policy.
 struct __attribute__((packed)) sPolicy {
     uint16_t state;
     int32_t policyPowerLimit;
@@ -101,13 +103,14 @@ static_assert(offsetof(sPolicy, PolicyHysteresis) == 52);
 static_assert(offsetof(sPolicy, PolicyPwrInputSimulData) == 60);
 static_assert(offsetof(sPolicy, PolicyExcursionCounter) == 66);
 
+// The whole block.
 struct __attribute__((packed)) sUpmBlock {
     sPowerLimits powerLimits;
     sCpuPwrThermal cpuPwrThermal;
     uint8_t reserved1[4];
     sPolicyStateData policyState;
     sPolicy policies[policyCount];
-    uint8_t reserved2[8]; // part of the policy data run
+    uint8_t reserved2[8]; // part of the policy data
     uint8_t reserved3[80];
     uint64_t timestamp; // milliseconds since 1970-01-01 00:00:00 UTC
 };
@@ -117,30 +120,30 @@ static_assert(offsetof(sUpmBlock, policyState) == 352);
 static_assert(offsetof(sUpmBlock, policies) == 368);
 static_assert(offsetof(sUpmBlock, timestamp) == 1608);
 
-// Where the block begins in the section, in bytes.
+// The offset of the block in the section, in bytes.
 inline constexpr size_t upmBlockOffset = offsetof(sTolmAbsPowerReporting, upmBlock);
 static_assert(upmBlockOffset == 28661);
 static_assert(sizeof(sUpmBlock) == sizeof(sTolmAbsPowerReporting::upmBlock));
 
-// The policy data run, which the clear of the policies writes back: policy state data, policies and
-// the reserved bytes after them.
+// The policy data: policy state data, policies and the reserved bytes after them. Clearing the
+// policies writes all of it.
 inline constexpr size_t policyDataOffset = offsetof(sUpmBlock, policyState);
 inline constexpr size_t policyDataSize =
     sizeof(sUpmBlock::policyState) + sizeof(sUpmBlock::policies) + sizeof(sUpmBlock::reserved2);
 static_assert(policyDataSize == 1176);
 
-// Where policy 0..15 begins.
+// Returns the offset of policy 0..15.
 constexpr size_t policyOffset(size_t policy) {
     return offsetof(sUpmBlock, policies) + policy * sizeof(sPolicy);
 }
 
-// The reports that show parts of the block.
+// The reports that print parts of the block.
 inline constexpr Views inDump = 1;
 inline constexpr Views inLimits = 2;
 inline constexpr Views inThermal = 4;
 inline constexpr Views inPolicyReport = 8;
 
-// One row a line. A row with a bound may be written: by the wizard, and by whoever asks the table.
+// One row per line. A row with a bound is writable, by the wizard and by orbelstatctl.
 // clang-format off
 inline constexpr Row powerLimitRows[] = {
     ROW(sPowerLimits, cpuPPL).upTo(100000),
@@ -188,7 +191,8 @@ inline constexpr Row policyStateRows[] = {
     line("------------------------------------------------------------------------------------------------------------"),
 };
 
-// All members in record order, which is that of the reports and of the policy editor's numbers.
+// All members in record order. The reports print them, and the policy editor numbers them, in this
+// order.
 inline constexpr Row policyRows[] = {
     ROW(sPolicy, state).asFlag(),
     ROW(sPolicy, policyPowerLimit).upTo(100000).onlyIn(inPolicyReport),
@@ -228,13 +232,14 @@ inline constexpr Row upmRows[] = {
     GROUP(sUpmBlock, powerLimits, powerLimitRows).onlyIn(inDump | inLimits),
     line("\n   CPU Power Thermal:  ").onlyIn(inDump | inThermal),
     GROUP(sUpmBlock, cpuPwrThermal, thermalRows).onlyIn(inDump | inThermal),
-    // The reports print these by themselves.
+    // The reports print these with their own functions.
     GROUP(sUpmBlock, policyState, policyStateRows).onlyIn(inNoView),
     GROUP(sUpmBlock, policies, policyRows).onlyIn(inNoView),
     ROW(sUpmBlock, timestamp).onlyIn(inNoView),
 };
 // clang-format on
 
+// Whether the rows with a bound cover the policy record without gaps, in record order.
 consteval bool allPolicyMembersHaveRows() {
     size_t end = 0;
     for (const Row &row : policyRows) {
@@ -245,19 +250,20 @@ consteval bool allPolicyMembersHaveRows() {
     return end == offsetof(sPolicy, reserved1);
 }
 static_assert(allPolicyMembersHaveRows(),
-              "a member of the policy record has no row with a bound, or not in its place");
+              "a member of the policy record has no row with a bound, or its row is out of order");
 
-// The block, and its timestamp, in a copy of the power reporting section.
+// Returns the start of the block in a copy of the power reporting section.
 inline const uint8_t *blockIn(const uint8_t *section) {
     return section + upmBlockOffset;
 }
 
-inline uint64_t timestampIn(const uint8_t *section) {
+// Returns the block's timestamp from a copy of the power reporting section.
+inline uint64_t loadTimestamp(const uint8_t *section) {
     return load<uint64_t>(blockIn(section) + offsetof(sUpmBlock, timestamp));
 }
 
-// Writes `length` bytes to byte `offset` of the block, with one call of the platform's library; the
-// only function that writes shared memory. Returns 0 or the library's error code, which the reports
-// and the wizard do not look at: a refused write shows in the next read. Returns -ERANGE, and calls
-// nothing, if the bytes do not all lie inside the block.
+// Writes `length` bytes at offset `offset` of the block, with a single call of the platform's
+// library. This is the only function that writes shared memory. Returns 0, or the library's error
+// code, which orbelstatprobe ignores: a failed write shows in the next read. Returns -ERANGE, and
+// does not call the library, if the range is not within the block.
 int writeUpmBlock(size_t offset, const void *bytes, size_t length);

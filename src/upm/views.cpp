@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-// From the front of the section: what each domain consumes now.
+// The current power consumption of each domain, from the front of the section.
 // clang-format off
 static constexpr std::span<const Row> currentPowerRows = powerRows.first(1);
 static constexpr Row powerReadingRows[] = {
@@ -18,11 +18,11 @@ static constexpr Row powerReadingRows[] = {
 };
 // clang-format on
 
-// Reads the section and prints its timestamp. Returns null after a failure.
+// Reads the section and prints its timestamp. If that fails, prints a message and returns null.
 static SectionBuffer beginView() {
     SectionBuffer section = readWholeSection(powerReportingSection, "\n");
     if (section) {
-        printUpmTimestamp(timestampIn(section.get()));
+        printUpmTimestamp(loadTimestamp(section.get()));
     }
     return section;
 }

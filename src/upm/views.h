@@ -1,12 +1,12 @@
-// The three views of the UPM data block. Each begins with the UPM timestamp and prints its own copy
-// of the power reporting section; a failed allocation or read prints its message only.
+// The three views of the UPM data block. Each reads the power reporting section and prints the UPM
+// timestamp first. If the allocation or the read fails, it prints only a message.
 #pragma once
 
-// Current power readings, CPU power limits, thermal data and all policies.
+// Prints the current power readings, CPU power limits, thermal data and all policies.
 void dumpUpmData();
 
-// Current power readings and CPU power limits.
+// Prints the current power readings and CPU power limits.
 void showCpuPowerLimits();
 
-// CPU thermal data.
+// Prints the CPU thermal data.
 void showThermalData();

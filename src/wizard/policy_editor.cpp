@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-// The fields that may be written, which all are. Their numbers in the menu begin at 1.
+// The number of writable fields, which is all of them. The menu numbers them from 1.
 static constexpr int32_t fieldCount =
     std::count_if(std::begin(policyRows), std::end(policyRows),
                   [](const Row &row) { return row.bound.has_value(); });
@@ -23,7 +23,8 @@ static void printMenu(int32_t policy) {
     puts("  0) Back ");
 }
 
-static const Row &fieldOfNumber(int32_t number) {
+// Returns the field with this number in the menu, 1..fieldCount.
+static const Row &findField(int32_t number) {
     const Row *row = policyRows;
     while (!row->bound || --number > 0) {
         ++row;
@@ -31,8 +32,8 @@ static const Row &fieldOfNumber(int32_t number) {
     return *row;
 }
 
-// Asks for a field's value. Returns whether one was accepted.
-static bool askForValue(const Row &field, uint32_t &value) {
+// Prompts for the value of a field. Returns false if input fails.
+static bool promptValue(const Row &field, uint32_t &value) {
     const uint32_t max = *field.bound;
     if (!field.isFlag && field.type != Type::domain) {
         return promptUnsigned(field.label.data(), max, value) == 0;
@@ -41,9 +42,9 @@ static bool askForValue(const Row &field, uint32_t &value) {
     int64_t number = 0;
     snprintf(label, sizeof label, "%s%s", field.label.data(),
              field.type == Type::domain ? " (0=cpu..3=gpu)" : "");
-    const bool isAccepted = promptLong(label, max, number) == 0;
+    const int status = promptLong(label, max, number);
     value = static_cast<uint32_t>(number);
-    return isAccepted;
+    return status == 0;
 }
 
 void editPolicy() {
@@ -58,10 +59,10 @@ void editPolicy() {
         if (promptInt("Select", 0, fieldCount, number) != 0 || number == 0) {
             return;
         }
-        const Row &field = fieldOfNumber(number);
+        const Row &field = findField(number);
         uint32_t value = 0;
-        if (askForValue(field, value)) {
-            // Of a value wider than its field the low bytes are written, which come first.
+        if (promptValue(field, value)) {
+            // Little-endian: if the value is wider than the field, this writes its low bytes.
             writeUpmBlock(policyOffset(static_cast<size_t>(policy)) + field.offset, &value,
                           field.size);
         }

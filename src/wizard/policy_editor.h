@@ -1,6 +1,6 @@
-// Group 3 of the wizard.
+// The wizard's group 3, policies.
 #pragma once
 
-// Asks for a policy and lets the user overwrite its fields one at a time, showing the policy after
-// each. Returns when the user goes back or a menu prompt fails.
+// Asks for a policy and lets the user overwrite its fields one at a time; prints the policy before
+// each menu. Returns when the user chooses to go back or a menu prompt fails.
 void editPolicy();

@@ -1,13 +1,13 @@
 #include "wizard/power_limits_editor.h"
 
-#include "wizard/ask_to_overwrite.h"
+#include "wizard/overwrite_fields.h"
 #include "wizard/prompts.h"
 
 #include <cstdio>
 
 static constexpr size_t powerLimitsOffset = offsetof(sUpmBlock, powerLimits);
 
-// One question a line.
+// One question per line.
 // clang-format off
 static constexpr Question cpuQuestions[] = {
     {"Overwrite PPL?", "PPL", findRow(powerLimitRows, "cpuPPL")},
@@ -22,7 +22,7 @@ static constexpr Question systemQuestions[] = {
 };
 // clang-format on
 
-static sPowerLimits limitsOf(const uint8_t *copy) {
+static sPowerLimits loadLimits(const uint8_t *copy) {
     return load<sPowerLimits>(blockIn(copy) + powerLimitsOffset);
 }
 
@@ -36,7 +36,7 @@ static void printSystemLimits(const sPowerLimits &limits) {
 }
 
 static void previewCpuPowerLimits(const uint8_t *copy) {
-    const sPowerLimits limits = limitsOf(copy);
+    const sPowerLimits limits = loadLimits(copy);
     puts("\n--- CPU Power Limits Preview ---");
     for (int32_t cpu = 0; cpu < cpuCount; ++cpu) {
         printCpuLimits(limits, cpu);
@@ -66,12 +66,12 @@ void editCpuPowerLimits() {
                 return;
             }
             printf("Current ");
-            printCpuLimits(limitsOf(copy), cpu);
-            askToOverwrite(cpuQuestions, powerLimitsOffset, cpu);
+            printCpuLimits(loadLimits(copy), cpu);
+            overwriteFields(cpuQuestions, powerLimitsOffset, cpu);
         } else {
             printf("Current: ");
-            printSystemLimits(limitsOf(copy));
-            askToOverwrite(systemQuestions, powerLimitsOffset, 0);
+            printSystemLimits(loadLimits(copy));
+            overwriteFields(systemQuestions, powerLimitsOffset, 0);
         }
         if (readPowerReporting(copy)) {
             previewCpuPowerLimits(copy);

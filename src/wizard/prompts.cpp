@@ -9,7 +9,7 @@
 #include <cstring>
 #include <unistd.h>
 
-// Room for a label and two bounds, which are at most 40 and 33 characters long.
+// Large enough for a label of 40 characters and two bounds of 33 in total.
 static constexpr size_t promptSize = 128;
 
 int readInputLine(char *buffer, size_t capacity) {
@@ -34,11 +34,11 @@ static void showPrompt(const char *prompt) {
     flushStandardOutput();
 }
 
-// The dialogue that the numeric prompts share. `convert` takes the line and where to leave the end
-// of what it converted.
+// The dialogue of all numeric prompts. `malformed` is the message for a line that is not a number.
+// `parse` returns the number at the start of a line and sets a pointer to the end of the number.
 template <typename Number>
 static int promptNumber(const char *prompt, const char *malformed,
-                        Number (*convert)(const char *, char **), Number min, Number max,
+                        Number (*parse)(const char *, char **), Number min, Number max,
                         Number &out) {
     char line[64];
     for (;;) {
@@ -52,7 +52,7 @@ static int promptNumber(const char *prompt, const char *malformed,
         }
         char *rest = line;
         errno = 0;
-        const Number value = convert(line, &rest);
+        const Number value = parse(line, &rest);
         if (errno != 0 || *rest != '\0') {
             puts(malformed);
         } else if (value < min || value > max) {
@@ -64,11 +64,11 @@ static int promptNumber(const char *prompt, const char *malformed,
     }
 }
 
-static uint64_t toUnsigned(const char *line, char **rest) {
-    return strtoul(line, rest, 10); // a minus sign negates modulo 2^64
+static uint64_t parseUnsigned(const char *line, char **rest) {
+    return strtoul(line, rest, 10); // "-1" gives 2^64 - 1, which is out of range
 }
 
-static int64_t toSigned(const char *line, char **rest) {
+static int64_t parseSigned(const char *line, char **rest) {
     return strtol(line, rest, 10);
 }
 
@@ -77,7 +77,7 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
     uint64_t value = out;
     snprintf(prompt, sizeof prompt, "%s [0..%lu]: ", label, max);
     const int status =
-        promptNumber<uint64_t>(prompt, "Invalid unsigned integer.", toUnsigned, 0, max, value);
+        promptNumber<uint64_t>(prompt, "Invalid unsigned integer.", parseUnsigned, 0, max, value);
     out = static_cast<uint32_t>(value);
     return status;
 }
@@ -85,14 +85,15 @@ int promptUnsigned(const char *label, uint64_t max, uint32_t &out) {
 int promptLong(const char *label, int64_t max, int64_t &out) {
     char prompt[promptSize];
     snprintf(prompt, sizeof prompt, "%s [0..%ld]: ", label, max);
-    return promptNumber<int64_t>(prompt, "Invalid integer.", toSigned, 0, max, out);
+    return promptNumber<int64_t>(prompt, "Invalid integer.", parseSigned, 0, max, out);
 }
 
 int promptInt(const char *label, int32_t min, int32_t max, int32_t &out) {
     char prompt[promptSize];
     int64_t value = out;
     snprintf(prompt, sizeof prompt, "%s [%d..%d]: ", label, min, max);
-    const int status = promptNumber<int64_t>(prompt, "Invalid number.", toSigned, min, max, value);
+    const int status =
+        promptNumber<int64_t>(prompt, "Invalid number.", parseSigned, min, max, value);
     out = static_cast<int32_t>(value);
     return status;
 }

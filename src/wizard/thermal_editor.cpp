@@ -1,15 +1,14 @@
 #include "wizard/thermal_editor.h"
 
-#include "wizard/ask_to_overwrite.h"
+#include "wizard/overwrite_fields.h"
 #include "wizard/prompts.h"
 
 #include <cstdio>
 
 static constexpr int32_t allCpus = -1;
-
 static constexpr size_t thermalOffset = offsetof(sUpmBlock, cpuPwrThermal);
 
-// One question a line.
+// One question per line.
 // clang-format off
 static constexpr Question questions[] = {
     {"Overwrite rawdts?", "rawdts", findRow(thermalRows, "rawdts")},
@@ -20,6 +19,7 @@ static constexpr Question questions[] = {
 };
 // clang-format on
 
+// Prints the readings of one CPU, or of all if `onlyCpu` is allCpus.
 static void previewThermal(const uint8_t *copy, int32_t onlyCpu) {
     const auto thermal = load<sCpuPwrThermal>(blockIn(copy) + thermalOffset);
     puts("\n--- Thermal Preview ---");
@@ -47,7 +47,7 @@ void editThermalData() {
             return;
         }
         previewThermal(copy, cpu);
-        askToOverwrite(questions, thermalOffset, cpu);
+        overwriteFields(questions, thermalOffset, cpu);
         if (readPowerReporting(copy)) {
             previewThermal(copy, cpu);
         }

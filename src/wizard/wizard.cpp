@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-// In the order of the menu.
+// The editors in the order of the menu.
 static constexpr void (*editors[])() = {editCpuPowerLimits, editThermalData, editPolicy};
 
 void runOverwriteWizard() {

@@ -1,6 +1,6 @@
-// The interactive overwrite wizard on the console.
+// The interactive overwrite wizard.
 #pragma once
 
-// Offers the groups and runs their editors until the user chooses Exit or input fails. Every value
-// that the user confirms is written at once. Reads no shared memory itself.
+// Lets the user choose a group of fields and runs its editor, again and again, until the user
+// chooses Exit or input fails. The editors write every value as soon as the user has confirmed it.
 void runOverwriteWizard();
