@@ -8,7 +8,7 @@
 
 namespace {
 
-// In percent, at loads from 5 to 110 percent.
+// Efficiency in per cent, at loads from 5 to 110 per cent.
 constexpr uint8_t efficiency[] = {80, 85, 88, 90, 91, 92, 92, 93, 93, 94, 94,
                                   94, 94, 94, 93, 93, 93, 92, 92, 91, 91, 90};
 
@@ -22,18 +22,18 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.psuType = number == 1 ? 1 : 2;
     unit.psuCapabilities = 0x0F;
     unit.psuSlot = static_cast<uint8_t>(number + 1);
-    setBytes(unit.psuPartNum, "0PS14A00");
-    unit.psuFRUInfo[0] =
-        std::byte{1}; // a header of version 1, which names no area, and its checksum
+    setPadded(unit.psuPartNum, "0PS14A00");
+    // A header of version 1, which lists no areas, and its checksum.
+    unit.psuFRUInfo[0] = std::byte{1};
     unit.psuFRUInfo[7] = std::byte{0xFF};
-    setBytes(unit.psuComponentId, "C14A");
+    setPadded(unit.psuComponentId, "C14A");
     unit.inputRatingAmps = 8;
     unit.inputRatingVolts = 230;
     unit.psuACRatedWatts = 1350;
     unit.psuDCRatedWatts = 1100;
     unit.psuACRatedAmps = 7;
     unit.psuACRatedVolts = 230;
-    setBytes(unit.psuFwVersion, "01.04.02");
+    setPadded(unit.psuFwVersion, "01.04.02");
     unit.psuAmpReading = u16(static_cast<int>(111 * share));
     unit.psuPwrReading = u16(static_cast<int>(1350 * share));
     unit.u8PSUFeatures = 3;
@@ -47,7 +47,7 @@ void fillUnit(sTolmAbsPSUInfo &unit, int number) {
     unit.u16VoutMax = 13;
     unit.u16IoutMax = 111;
     unit.u8PMBusRevision = 0x22;
-    setBytes(unit.u8SerialNumber, "SN0000000000");
+    setPadded(unit.u8SerialNumber, "SN0000000000");
     unit.u8SerialNumber[11] = static_cast<char>('A' + number);
     memcpy(unit.u8PSUEfficiency, efficiency, sizeof efficiency);
     unit.Pin = 1440 * share;
@@ -131,10 +131,10 @@ void fillGlobalSection(sPwrIpmiGlobalSec1 &record) {
     record.u8PowerONOFFCount = 4;
     for (int i = 0; i < 4; ++i) {
         record.au16OOBStat1minAvg[i] = u16(38 - 7 * i);
-        record.CpuPowerStat[i] = consumptionOf(150 - 20 * i, i + 1);
+        record.CpuPowerStat[i] = makeConsumption(150 - 20 * i, i + 1);
     }
     for (int i = 0; i < 8; ++i) {
-        record.MemPowerStat[i] = consumptionOf(5 + i / 2, i + 5);
+        record.MemPowerStat[i] = makeConsumption(5 + i / 2, i + 5);
     }
     record.u8PFPONCount = 4;
 }

@@ -1,6 +1,5 @@
-// Plausible values for the sections: a system that takes 612 W under a cap of 900, and the power
-// supply units of its chassis. Times are recent. What may be edited is within its bound. Each
-// function is given a record of zeros and fills in what is not zero in such a system.
+// Demo data for the sections: a system that consumes 612 W under a cap of 900 W, and the power
+// supply units of its chassis. All times are recent, and writable fields are within their bounds.
 #pragma once
 
 #include "sections/power_reporting.h"
@@ -8,15 +7,15 @@
 
 #include <span>
 
-// One section's demo data.
+// A section and its demo data.
 struct DemoSection {
     Section section;
     const void *bytes;
     size_t size;
 };
 
-// All sections, filled now.
+// Returns all sections, with times relative to the moment of the call.
 std::span<const DemoSection> demoSections();
 
-// The power reporting section, the UPM data block at its end included.
+// Fills a record of zeros, including the UPM data block at its end.
 void fillPowerReporting(sTolmAbsPowerReporting &record);

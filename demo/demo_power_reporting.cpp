@@ -4,16 +4,19 @@
 
 namespace {
 
-sCupsPeriodStats statistics(int average, int minutes) {
+// Returns statistics around an average; the minimum is `minutes` old, the maximum half as old.
+sCupsPeriodStats makeStatistics(int average, int minutes) {
     return {u16(average), u16(average / 3), minutesAgo(minutes), u16(average * 2),
             minutesAgo(minutes / 2)};
 }
 
-sCupsPeriod period(int average, int minutes) {
-    return {statistics(average, minutes), statistics(average - 7, minutes + 2),
-            statistics(average + 9, minutes + 4), statistics(average + 4, minutes + 6)};
+// Returns the statistics of a period whose minimums are about `minutes` old.
+sCupsPeriod makePeriod(int average, int minutes) {
+    return {makeStatistics(average, minutes), makeStatistics(average - 7, minutes + 2),
+            makeStatistics(average + 9, minutes + 4), makeStatistics(average + 4, minutes + 6)};
 }
 
+// Fills an array with readings near `base`.
 template <size_t size> void fillReadings(sOOBData (&readings)[size], int base) {
     for (int i = 0; i < static_cast<int>(size); ++i) {
         readings[i] = {u16(base + i % 7), u16(base - 11 + i % 5), u16(base + 13 - i % 6),
@@ -38,26 +41,24 @@ void fillRegulator(sVcoreVRData &regulator, int number) {
     setText(regulator.VendorName, "VENDOR-%02d", number);
 }
 
-// The UPM data block.
+constexpr int activePolicy = 8;       // its limit is the cap in the reporting section
+constexpr int firstEnabledPolicy = 3; // user, rack and group have set no cap
 
-constexpr int policyInForce = 8; // the one whose limit the reporting section names as the cap
-constexpr int firstPolicyOn = 3; // user, rack and group have set no cap
-
-// All govern the system, but for those on the temperature of cpu, mem and gpu.
+// All policies govern the system, except those for the temperatures of cpu, mem and gpu.
 constexpr uint16_t domains[policyCount] = {2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 0, 1, 3, 2, 2, 2};
 
 // Times are in milliseconds, intervals in tenths of a second.
 void fillPolicy(sPolicy &policy, int number) {
-    policy.state = number >= firstPolicyOn ? 1 : 0;
+    policy.state = number >= firstEnabledPolicy ? 1 : 0;
     policy.policyPowerLimit = 700 + 25 * number;
     policy.policyPowerLimitMultiplier = 1;
-    policy.PolicyAggressiveIntervalEnable = number > policyInForce ? 1 : 0;
+    policy.PolicyAggressiveIntervalEnable = number > activePolicy ? 1 : 0;
     policy.PolicySetLimitToFloorImmediateEnable = number == policyCount - 1 ? 1 : 0;
     policy.PolicyResponseTimeLimit = 1000;
     policy.PolicyTotalResponseDelay = 200;
     policy.PolicyRampUpDelay = 5000;
     policy.PolicyRampUpDuration = 10000;
-    policy.PolicyActiveState = number == policyInForce ? 1 : 0;
+    policy.PolicyActiveState = number == activePolicy ? 1 : 0;
     policy.NumResponseTimeLimitInterval = 10;
     policy.NumDecisionInterval = 5;
     policy.NumRampUpDurationInterval = 100;
@@ -75,7 +76,7 @@ void fillPolicy(sPolicy &policy, int number) {
     policy.PolicyDomain = static_cast<PowerDomain>(domains[number]);
     policy.PolicyPwrInputSource = 1;
     policy.PolicyPwrInputSimulData = 612;
-    policy.PolicyExcursionCounter = number == policyInForce ? 3 : 0;
+    policy.PolicyExcursionCounter = number == activePolicy ? 3 : 0;
 }
 
 void fillCpu(sPowerLimits &limits, sCpuPwrThermal &thermal, int cpu) {
@@ -109,10 +110,10 @@ void fillUpmBlock(sUpmBlock &block) {
     limits.sysPL1 = 1100;
     limits.sysPL2 = 1250;
     limits.cpuPLAvailability = (1 << cpuCount) - 1;
-    limits.policyStatus = (1 << policyCount) - (1 << firstPolicyOn);
+    limits.policyStatus = (1 << policyCount) - (1 << firstEnabledPolicy);
     limits.readRTC = secondsAgo(2);
-    block.policyState.policyUpdInx = policyInForce;
-    block.policyState.policyId = policyInForce;
+    block.policyState.policyUpdInx = activePolicy;
+    block.policyState.policyId = activePolicy;
     block.policyState.cpuWattsPowerFloor = 120;
     block.policyState.safePolicyPsuPowerReadingTimeout = 30;
     for (int number = 0; number < policyCount; ++number) {
@@ -161,9 +162,9 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.CUPS_MEM = 33;
     record.CUPS_IO = 17;
     record.CUPS_SYS = 38;
-    record.last_hour = period(36, 50);
-    record.last_day = period(31, 1300);
-    record.last_week = period(29, 9000);
+    record.last_hour = makePeriod(36, 50);
+    record.last_day = makePeriod(31, 1300);
+    record.last_week = makePeriod(29, 9000);
     record.peak_util_cups_cpu = 97;
     record.peak_util_cups_io = 61;
     record.peak_util_cups_mem = 88;
@@ -180,15 +181,15 @@ void fillPowerReporting(sTolmAbsPowerReporting &record) {
     record.peak_util_start_time_cups_mem = minutesAgo(1438);
     record.peak_util_start_time_cups_sys = minutesAgo(1437);
     for (int i = 0; i < 4; ++i) {
-        record.CpuPwrCons[i] = consumptionOf(150 - 20 * i, i + 1);
+        record.CpuPwrCons[i] = makeConsumption(150 - 20 * i, i + 1);
     }
-    record.CpuPwrCons[4] = consumptionOf(480, 1); // of all, as the last one below
+    record.CpuPwrCons[4] = makeConsumption(480, 1); // the total
     for (int i = 0; i < 8; ++i) {
-        record.MemPwrCons[i] = consumptionOf(5 + i / 2, i + 6);
+        record.MemPwrCons[i] = makeConsumption(5 + i / 2, i + 6);
     }
-    record.MemPwrCons[8] = consumptionOf(52, 6);
-    record.SystemInputPwrCons = consumptionOf(612, 1);
-    record.SystemOutputPwrCons = consumptionOf(575, 2);
+    record.MemPwrCons[8] = makeConsumption(52, 6); // the total
+    record.SystemInputPwrCons = makeConsumption(612, 1);
+    record.SystemOutputPwrCons = makeConsumption(575, 2);
     record.subSystemCurrentChannel = {minutesAgo(3), 17, 120, 16, 121, 15, 119};
     record.subSystemPowerChannel = {minutesAgo(4), 204.0F, 193.5F, 177.5F};
     record.subSystemPowerData = {minutesAgo(5), 2, 1, 3, 9.5F, 7.25F, 18.75F, 0, 532.0F, 0, 7.5F};

@@ -1,5 +1,4 @@
-// Creates the sections of the stand-in's shared memory and fills them with demo data, or checks
-// that they are there.
+// tolmfill: creates the stand-in's sections and fills them with demo data, or checks them.
 #include "demo/demo_data.h"
 #include "standin/section_file.h"
 
@@ -11,13 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-static constexpr int failedStatus = 1;
-static constexpr int existedStatus = 2;
-
-static int fail(const char *path, int error) {
-    printf("%s: %s\n", path, strerror(error));
-    return failedStatus;
-}
+static constexpr int failureStatus = 1;
+static constexpr int existsStatus = 2;
 
 // Writes a file from its beginning. Returns 0 or an errno value.
 static int writeAll(int file, const DemoSection &demo) {
@@ -28,9 +22,9 @@ static int writeAll(int file, const DemoSection &demo) {
     return static_cast<size_t>(written) == demo.size ? 0 : ENOSPC;
 }
 
-// Writes a section that is there, in place and under its lock: somebody may have mapped it. Returns
-// 0 or an errno value.
-static int overwrite(const char *path, const DemoSection &demo) {
+// Overwrites an existing section in place, because other processes may have mapped it, and under
+// its lock. Returns 0 or an errno value.
+static int overwriteSection(const FilePath &path, const DemoSection &demo) {
     const SectionFile file(path, O_WRONLY);
     const int error = file.error != 0 ? file.error : writeAll(file.descriptor, demo);
     if (error != 0) {
@@ -39,12 +33,11 @@ static int overwrite(const char *path, const DemoSection &demo) {
     return ftruncate(file.descriptor, static_cast<off_t>(demo.size)) == 0 ? 0 : errno;
 }
 
-// Makes a section that is not there. Written in place, even one made and locked could be found
-// empty by whoever takes the lock first; so it gets its name, which replaces nothing, when it is
-// whole. Returns 0 or an errno value.
-static int create(const char *path, const DemoSection &demo) {
-    SectionPath temporary;
-    snprintf(temporary.text, sizeof temporary.text, "%s/new-XXXXXX", sectionDirectory());
+// Creates a missing section. It is written to a temporary file and linked to its name when
+// complete: created in place, it could be locked and read by another process while still empty.
+// link() never replaces an existing file. Returns 0 or an errno value.
+static int createSection(const FilePath &path, const DemoSection &demo) {
+    FilePath temporary = pathInDirectory("new-XXXXXX");
     const int file = mkostemp(temporary.text, O_CLOEXEC);
     if (file < 0) {
         return errno;
@@ -52,7 +45,7 @@ static int create(const char *path, const DemoSection &demo) {
     const mode_t mask = umask(0);
     umask(mask);
     int error = writeAll(file, demo);
-    if (error == 0 && (fchmod(file, 0666 & ~mask) != 0 || link(temporary.text, path) != 0)) {
+    if (error == 0 && (fchmod(file, 0666 & ~mask) != 0 || link(temporary.text, path.text) != 0)) {
         error = errno;
     }
     unlink(temporary.text);
@@ -60,39 +53,52 @@ static int create(const char *path, const DemoSection &demo) {
     return error;
 }
 
-// These two return the exit status that their outcome stands for.
+// Prints why a section cannot be used. Returns failureStatus.
+static int reportError(const FilePath &path, const char *reason) {
+    printf("%s: %s\n", path.text, reason);
+    return failureStatus;
+}
+
+// Creates a section or, with `force`, overwrites it. Prints what it did. Returns an exit status.
 static int fillSection(const DemoSection &demo, bool force) {
-    const SectionPath path = sectionPath(demo.section.id);
+    const FilePath path = sectionPath(demo.section.id);
     struct stat status {};
     int error = EEXIST;
-    if (force) {
-        error = overwrite(path.text, demo);
-    } else if (lstat(path.text, &status) != 0) {
+    const bool exists = lstat(path.text, &status) == 0;
+    if (!exists) {
         error = errno;
+    } else if (force) {
+        error = overwriteSection(path, demo);
     }
     if (error == ENOENT) {
-        error = create(path.text, demo);
+        error = createSection(path, demo);
     }
     if (error == EEXIST) {
-        printf("%s is there already: left as it is\n", path.text);
-        return existedStatus;
+        printf("%s: already exists, not changed (use --force to overwrite it)\n", path.text);
+        return existsStatus;
+    }
+    if (error == EACCES && exists && isWriteProtected(status.st_mode)) {
+        return reportError(path, "write-protected, not changed (chmod u+w makes it writable)");
     }
     if (error != 0) {
-        return fail(path.text, error);
+        return reportError(path, strerror(error));
     }
     printf("%s: %zu bytes\n", path.text, demo.size);
     return 0;
 }
 
+// Prints a line if a section is missing, cannot be read or has the wrong size. Returns an exit
+// status.
 static int checkSection(const DemoSection &demo) {
-    const SectionPath path = sectionPath(demo.section.id);
-    const SectionFile file(path.text, O_RDONLY);
+    const FilePath path = sectionPath(demo.section.id);
+    const SectionFile file(path, O_RDONLY);
     if (file.error != 0) {
-        return fail(path.text, file.error);
+        return reportError(path, strerror(file.error));
     }
     if (static_cast<size_t>(file.size) != demo.size) {
-        printf("%s: %zu bytes, not %zu\n", path.text, static_cast<size_t>(file.size), demo.size);
-        return failedStatus;
+        printf("%s: size is %zu bytes, expected %zu\n", path.text, static_cast<size_t>(file.size),
+               demo.size);
+        return failureStatus;
     }
     return 0;
 }
@@ -101,24 +107,26 @@ int main(int argc, char **argv) {
     const bool force = argc == 2 && strcmp(argv[1], "--force") == 0;
     const bool check = argc == 2 && strcmp(argv[1], "--check") == 0;
     if (argc > 1 && !force && !check) {
-        printf(
-            "Usage: %s [--force | --check]\n"
-            "Creates the sections of the stand-in's shared memory in TOLM_SHM_DIR, or in\n"
-            "/dev/shm/tolm, and fills them with plausible data. Sections that are there already\n"
-            "stay as they are (exit status 2) unless --force is given. --check writes nothing and\n"
-            "names the sections that are missing or of a wrong size (exit status 1).\n",
-            argv[0]);
-        return failedStatus;
+        printf("Usage: %s [--force | --check]\n"
+               "Creates the sections of the stand-in's shared memory in TOLM_SHM_DIR (default:\n"
+               "/dev/shm/tolm) and fills them with demo data. Existing sections are not changed\n"
+               "(exit status 2).\n"
+               "  --force  overwrite existing sections too\n"
+               "  --check  write nothing; print the sections that are missing, cannot be read or\n"
+               "           have the wrong size (exit status 1)\n",
+               argv[0]);
+        return failureStatus;
     }
     if (!check) {
-        // Where the umask lets others make sections here, none can take away another's. If this
-        // fails, so does every section, and says why.
-        mkdir(sectionDirectory(), S_ISVTX | 0777);
+        // With the sticky bit, users cannot delete each other's sections even if the umask leaves
+        // the directory writable for all. Errors are ignored because each section then reports its
+        // own.
+        mkdir(pathInDirectory("").text, S_ISVTX | 0777);
     }
-    int outcome = 0;
+    int result = 0;
     for (const DemoSection &demo : demoSections()) {
         const int status = check ? checkSection(demo) : fillSection(demo, force);
-        outcome = outcome == failedStatus || status == 0 ? outcome : status;
+        result = result == failureStatus || status == 0 ? result : status;
     }
-    return outcome;
+    return result;
 }

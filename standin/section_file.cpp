@@ -8,34 +8,58 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-const char *sectionDirectory() {
-    const char *named = getenv("TOLM_SHM_DIR");
-    return named != nullptr && *named != '\0' ? named : "/dev/shm/tolm";
-}
-
-SectionPath sectionPath(int32_t section) {
-    SectionPath path;
-    snprintf(path.text, sizeof path.text, "%s/section-%d", sectionDirectory(), section);
+FilePath pathInDirectory(const char *name) {
+    const char *directory = getenv("TOLM_SHM_DIR");
+    if (directory == nullptr || *directory == '\0') {
+        directory = "/dev/shm/tolm";
+    }
+    FilePath path;
+    snprintf(path.text, sizeof path.text, "%s/%s", directory, name);
     return path;
 }
 
-SectionFile::SectionFile(const char *path, int access) {
+FilePath sectionPath(int32_t section) {
+    char name[32];
+    snprintf(name, sizeof name, "section-%d", section);
+    return pathInDirectory(name);
+}
+
+bool isWriteProtected(mode_t mode) {
+    return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+}
+
+// Returns why a file cannot be used with this access, as an errno value; 0 if it can.
+static int checkFile(const struct stat &status, int access) {
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return ENXIO;
+    }
+    return access != O_RDONLY && isWriteProtected(status.st_mode) ? EACCES : 0;
+}
+
+SectionFile::SectionFile(const FilePath &path, int access) {
     struct stat status {};
-    descriptor = open(path, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    bool isUsable = descriptor >= 0 && fstat(descriptor, &status) == 0;
-    if (isUsable && !S_ISREG(status.st_mode)) {
-        error = S_ISDIR(status.st_mode) ? EISDIR : ENXIO;
+    descriptor = open(path.text, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0 || fstat(descriptor, &status) != 0) {
+        error = errno;
+        return;
+    }
+    error = checkFile(status, access);
+    if (error != 0) {
         return;
     }
     const int lock = access == O_RDONLY ? LOCK_SH : LOCK_EX;
-    isUsable = isUsable && TEMP_FAILURE_RETRY(flock(descriptor, lock)) == 0 &&
-               fstat(descriptor, &status) == 0; // again: only now the size is settled
-    error = isUsable ? 0 : errno;
+    if (TEMP_FAILURE_RETRY(flock(descriptor, lock)) != 0 ||
+        fstat(descriptor, &status) != 0) { // again: the size is stable only under the lock
+        error = errno;
+    }
     size = status.st_size;
 }
 
 SectionFile::~SectionFile() {
     if (descriptor >= 0) {
-        close(descriptor); // and unlocks
+        close(descriptor); // also unlocks
     }
 }

@@ -1,4 +1,12 @@
-/* The shared-data library of the platform: texts for the numbers found in shared memory. */
+/*
+ * The shared-data library of the platform: texts for numbers in the shared memory.
+ *
+ * The stand-in takes the names of the policies from the file policy-names in the directory of its
+ * sections (see tolm_shm.h), where `orbelstatctl save` puts it. Each of its 16 lines is a name and
+ * ends in a newline; \n, \t, \\ and \xhh, with two lower-case hexadecimal digits, stand for a
+ * newline, a tab, a backslash and any other byte. If the file is missing, invalid or larger than 64
+ * KiB, built-in demo names are used. The file is read once, at the first call.
+ */
 #ifndef TOLM_DATA_H
 #define TOLM_DATA_H
 
@@ -8,7 +16,10 @@
 extern "C" {
 #endif
 
-/* The NUL-terminated name of a policy, 0 to 15, owned by the library. Never null. */
+/*
+ * Returns the name of a policy, 0 to 15, NUL-terminated and owned by the library; "UNKNOWN_POLICY"
+ * for any other number. Never returns null.
+ */
 const char *policyTypeToString(int16_t policy);
 
 #ifdef __cplusplus
