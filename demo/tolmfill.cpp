@@ -59,7 +59,7 @@ static int reportError(const FilePath &path, const char *reason) {
     return failureStatus;
 }
 
-// Creates a section or, with `force`, overwrites it. Prints what it did. Returns an exit status.
+// Creates a section or, with `force`, overwrites it. Prints the result. Returns an exit status.
 static int fillSection(const DemoSection &demo, bool force) {
     const FilePath path = sectionPath(demo.section.id);
     struct stat status {};

@@ -20,7 +20,7 @@ FilePath pathInDirectory(const char *name);
 // Returns the path of a section's file, "section-<n>".
 FilePath sectionPath(int32_t section);
 
-// Whether a file with this mode has no write permission bit at all.
+// Returns whether a file with this mode has no write permission bit at all.
 bool isWriteProtected(mode_t mode);
 
 // An open file, locked while this object exists: shared for reading, exclusive for writing. The

@@ -28,8 +28,8 @@ int parseDigit(char character) {
     return found != nullptr ? static_cast<int>(found - digits) : -1;
 }
 
-// Parses one character of a name, which may be an escape. Stores it and returns what follows it;
-// null if the escape is invalid.
+// Parses one character of a name, which may be an escape, and stores it. Returns the position after
+// it; null if the escape is invalid.
 const char *parseCharacter(const char *text, char &character) {
     character = *text++;
     if (character != '\\') {

@@ -3,9 +3,9 @@
  *
  * The stand-in takes the names of the policies from the file policy-names in the directory of its
  * sections (see tolm_shm.h), where `orbelstatctl save` puts it. Each of its 16 lines is a name and
- * ends in a newline; \n, \t, \\ and \xhh, with two lower-case hexadecimal digits, stand for a
- * newline, a tab, a backslash and any other byte. If the file is missing, invalid or larger than 64
- * KiB, built-in demo names are used. The file is read once, at the first call.
+ * ends in a newline. Within a name, \n is a newline, \t a tab, \\ a backslash and \xhh, with two
+ * lower-case hexadecimal digits, any byte. If the file is missing, invalid, not a regular file or
+ * larger than 64 KiB, built-in demo names are used. The file is read once, at the first call.
  */
 #ifndef TOLM_DATA_H
 #define TOLM_DATA_H

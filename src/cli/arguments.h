@@ -21,11 +21,11 @@ struct Arguments {
     [[nodiscard]] bool has(int position) const {
         return position < count;
     }
-    // Whether the argument exists and is exactly this word.
+    // Returns whether the argument exists and is exactly this word.
     [[nodiscard]] bool is(int position, const char *word) const {
         return has(position) && strcmp(words[position], word) == 0;
     }
-    // Whether the argument, which must exist, begins with "-".
+    // Returns whether the argument, which must exist, begins with "-".
     [[nodiscard]] bool isOption(int position) const {
         return words[position][0] == '-';
     }
@@ -39,7 +39,7 @@ inline bool parseLong(const char *text, long &value) {
     return *rest == '\0';
 }
 
-// Whether the value is not within 0..max.
+// Returns whether the value is not within 0..max.
 inline bool isOutOfRange(long value, long max) {
     return value < 0 || value > max;
 }

@@ -19,14 +19,18 @@ namespace {
 
 constexpr int upmErrorStatus = 1;
 
-// What the options ask for.
+// The requests of all options.
 struct Request {
-    bool isGiven[128] = {}; // by option letter; '?' stands for every unknown option
+    bool isGiven[128] = {}; // by option letter; '?' for every unknown option
     int32_t locator = -1;
     int32_t index = -1;
     // The form of -u, which is always the last option: a policy, 0..15, or one of the other views.
     std::optional<uint32_t> policy;
     void (*upmView)() = nullptr;
+
+    [[nodiscard]] bool has(int letter) const {
+        return isGiven[letter];
+    }
 };
 
 // Parses the arguments of -u. Prints the help, or an error, or sets one field of the request.
@@ -104,23 +108,23 @@ EarlyExit parseOption(int letter, const Arguments &arguments, Request &request) 
         printUsage();
         return keepParsing;
     default:
-        return keepParsing; // a report
+        return keepParsing; // a report, which printReport prints
     }
 }
 
 // Prints one report: the first in this order that has been asked for.
 void printReport(const Request &request) {
-    if (request.isGiven['l'] || request.isGiven['i']) {
+    if (request.has('l') || request.has('i')) {
         printf("locator=%d, index=%d\n", request.locator, request.index);
-    } else if (request.isGiven['d']) {
+    } else if (request.has('d')) {
         dumpGlobalSection();
-    } else if (request.isGiven['o']) {
+    } else if (request.has('o')) {
         printGlobalSectionOffsets();
-    } else if (request.isGiven['e']) {
+    } else if (request.has('e')) {
         dumpPSUInfo();
-    } else if (request.isGiven['r']) {
+    } else if (request.has('r')) {
         dumpPowerReporting();
-    } else if (request.isGiven['c']) {
+    } else if (request.has('c')) {
         dumpPowerConfig();
     } else if (request.policy) {
         showPolicy(*request.policy);

@@ -25,7 +25,7 @@ EarlyExit failWithPolicyUsage(const Arguments &arguments) {
     return errorStatus;
 }
 
-// Whether one of the arguments from `next` on is exactly "-u", with only options before it.
+// Returns whether one of the arguments from `next` on is exactly "-u", with only options before it.
 bool findUpmOption(const Arguments &arguments, int next) {
     while (arguments.has(next) && arguments.isOption(next) && !arguments.is(next, "-u")) {
         ++next;

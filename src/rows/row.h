@@ -1,6 +1,6 @@
-// The language of the tables. A row describes one member of a record: where it is, what it holds
-// and how a report prints it. Each record is one packed struct with its table next to it, an array
-// of rows with one member per line, in the order of the report:
+// The language of the tables. A row describes one member of a record: its place, its type, and how
+// a report prints it. Each record is one packed struct with its table next to it, an array of rows
+// with one member per line, in the order of the report:
 //
 //     inline constexpr Row policyRows[] = {
 //         ROW(sPolicy, state).asFlag(),
@@ -55,11 +55,12 @@ enum class Format : uint8_t {
     labelledDecimalList, // decimal, with "In DEC: " before the first value
 };
 
+// Returns whether the format is a list format.
 constexpr bool isList(Format format) {
     return format >= Format::hexList;
 }
 
-// Whether the format suits a member of this type, or an array of such members.
+// Returns whether the format suits a member of this type, or an array of such members.
 constexpr bool canShow(Format format, Type type, bool isArray) {
     switch (format) {
     case Format::plain:
@@ -101,6 +102,7 @@ inline constexpr int noIndex = -1;
 // the reason.
 void rejectRow(const char *reason);
 
+// One row of a table. Made by ROW, GROUP and line.
 struct [[nodiscard]] Row {
     std::string_view label; // a string literal, so a NUL follows its last character
     std::string_view path;  // of the member in its record; "" if the row shows no member
@@ -159,7 +161,7 @@ struct [[nodiscard]] Row {
         }
         return truncatingUpTo(max);
     }
-    // What is written are the low bytes of the value, as many as the member has.
+    // Writers store the low bytes of the value, as many as the member has.
     consteval Row truncatingUpTo(uint32_t max) const {
         if (bound || !typeInfo(type).canHaveBound()) {
             rejectRow("the row already has a bound, or its member cannot have one");

@@ -1,4 +1,4 @@
-// The types that members of a record can have, and what is known about each of them.
+// The types of a record's members, and the facts about each type.
 #pragma once
 
 #include <cstddef>
@@ -41,18 +41,19 @@ template <typename T>
 requires std::is_class_v<T>
 inline constexpr Type typeOf<T> = Type::record;
 
+// The facts about a type.
 struct TypeInfo {
     std::string_view name; // as `orbelstatctl list` prints it; text and bytes add "[size]"
     uint32_t max = 0;      // the largest integer that may be written; 0 if none may
 
-    // Whether members of the type can be writable, up to a bound.
+    // Returns whether members of the type can be writable, up to a bound.
     [[nodiscard]] constexpr bool canHaveBound() const {
         return max != 0;
     }
 };
 
-// Returns everything that is known about a type. Only integers of at most four bytes and doubles
-// can be written, because the wizard and orbelstatctl parse no others.
+// Returns the facts about a type. They are listed only here. Only integers of at most four bytes
+// and doubles can be written, because the wizard and orbelstatctl parse no others.
 constexpr TypeInfo typeInfo(Type type) {
     switch (type) {
     case Type::u8:
@@ -85,7 +86,7 @@ constexpr TypeInfo typeInfo(Type type) {
     return {""}; // not the type of a field
 }
 
-// Whether values of the type are byte strings, which list formats print byte by byte.
+// Returns whether values of the type are byte strings, which list formats print byte by byte.
 constexpr bool isByteString(Type type) {
     return type == Type::text || type == Type::bytes;
 }

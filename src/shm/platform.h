@@ -1,7 +1,7 @@
 /*
- * Wrappers for the functions of the platform's libraries. They have fixed types, whatever types the
- * platform's headers declare. All names begin with `orbel`, so that macros in those headers cannot
- * replace them.
+ * Wrappers for the functions of the platform's libraries. Their types are fixed; those in the
+ * platform's headers may differ. All names begin with `orbel`, so that macros in those headers
+ * cannot replace them.
  */
 #ifndef ORBEL_SHM_PLATFORM_H
 #define ORBEL_SHM_PLATFORM_H

@@ -19,6 +19,7 @@ inline constexpr Section globalPowerSection{39, 803};     // PWR_IPMI_GLOBAL_SEC
 inline constexpr Section allSections[] = {powerReportingSection, psuInfoSection, powerConfigSection,
                                           globalPowerSection};
 
+// Frees the memory of a SectionBuffer.
 struct FreeBuffer {
     void operator()(uint8_t *bytes) const {
         free(bytes);
@@ -49,7 +50,7 @@ bool readSectionOrReport(Section section, uint8_t *bytes, int32_t offset, int32_
 // message and returns null.
 SectionBuffer readWholeSection(Section section, const char *messageEnd);
 
-// Writes `length` bytes at offset `offset` of the section. Does not check what is stored there.
+// Writes `length` bytes at offset `offset` of the section. Performs no checks of its own.
 // Returns 0, or the library's error code. Prints nothing.
 int writeSection(Section section, int32_t offset, const void *bytes, int32_t length);
 

@@ -239,7 +239,7 @@ inline constexpr Row upmRows[] = {
 };
 // clang-format on
 
-// Whether the rows with a bound cover the policy record without gaps, in record order.
+// Returns whether the rows with a bound cover the policy record without gaps, in record order.
 consteval bool allPolicyMembersHaveRows() {
     size_t end = 0;
     for (const Row &row : policyRows) {
