@@ -8,20 +8,21 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+static const char *directory() {
+    const char *named = getenv("TOLM_SHM_DIR");
+    return named != nullptr && *named != '\0' ? named : "/dev/shm/tolm";
+}
+
 FilePath pathInDirectory(const char *name) {
-    const char *directory = getenv("TOLM_SHM_DIR");
-    if (directory == nullptr || *directory == '\0') {
-        directory = "/dev/shm/tolm";
-    }
     FilePath path;
-    snprintf(path.text, sizeof path.text, "%s/%s", directory, name);
+    snprintf(path.text, sizeof path.text, "%s/%s", directory(), name);
     return path;
 }
 
 FilePath sectionPath(int32_t section) {
-    char name[32];
-    snprintf(name, sizeof name, "section-%d", section);
-    return pathInDirectory(name);
+    FilePath path;
+    snprintf(path.text, sizeof path.text, "%s/section-%d", directory(), section);
+    return path;
 }
 
 bool isWriteProtected(mode_t mode) {
