@@ -1,140 +1,172 @@
 #include "orbelstatctl/commands.h"
+#include "orbelstatctl/values.h"
+#include "output/standard_streams.h"
 
-#include <CLI/CLI.hpp>
-#include <cmath>
-#include <filesystem>
-#include <functional>
-#include <map>
+#include <cstdio>
+#include <getopt.h>
+#include <new>
+#include <sstream>
 
-namespace {
+static const Command *const commands[] = {
+    &listCommand,    &getCommand,  &setCommand,   &undoCommand, &jsonCommand, &tableCommand,
+    &metricsCommand, &diffCommand, &watchCommand, &waitCommand, &saveCommand};
 
-// Adds operands. CLI11 would take "[a,b]" apart as a list; as no path is like that, it is refused.
-CLI::Option *addWords(CLI::App *command, const char *name, Words &words, const char *help) {
-    command->validate_positionals();
-    return command->add_option(name, words, help)
-        ->type_name("")
-        ->check([](const std::string &word) { return word.starts_with('[') ? "no path" : ""; });
+static const Command program = {"", "", nullptr, "V --version", ""};
+
+// Throws a usage error with a hint or, without one, a reference to the command's help.
+[[noreturn]] static void reject(const Command &command, const std::string &message,
+                                const std::string &hint = "") {
+    const std::string help =
+        std::string(command.name) + (&command == &program ? "" : " ") + "--help";
+    throw CommandError{ExitStatus::usageError,
+                       {message + (hint.empty() ? "; see orbelstatctl " + help : hint)}};
 }
 
-CLI::Option *addWord(CLI::App *command, const char *name, std::string &word, const char *help) {
-    return command->add_option(name, word, help)->type_name("");
-}
+static void printProgramHelp(FILE *file) {
+    fputs(R"(Usage: orbelstatctl [--from DIRECTORY] COMMAND [ARGUMENT ...]
+       orbelstatctl [COMMAND] -h | --help
+       orbelstatctl -V | --version
 
-// Why a command line is refused, in one line.
-std::string complaintOf(const CLI::App &app, const CLI::ParseError &error) {
-    const std::vector<std::string> unexpected = app.remaining(true);
-    const bool hasCommand = !app.get_subcommands().empty();
-    if (hasCommand || unexpected.empty()) {
-        return unexpected.empty() ? error.what() : unexpected[0] + ": not expected";
+Read and write the fields of the power-management shared memory by name.
+
+Commands:
+)",
+          file);
+    for (const Command *command : commands) {
+        fprintf(file, "  %-8s %s\n", command->name, command->summary);
     }
-    std::vector<std::string> names;
-    for (const CLI::App *command : app.get_subcommands({})) {
-        names.push_back(command->get_name());
-    }
-    return unexpected[0] + ": no such command" + didYouMean(unexpected[0], names);
+    fputs(R"(
+Options:
+  --from DIRECTORY  Read a capture, which save made, instead of the live memory
+  -h, --help        Print this help, or the help of COMMAND
+  -V, --version     Print the version
+
+A PATH selects a field, a group or an array: upm.policies[3].state, psu[0..3],
+reporting. Run "orbelstatctl COMMAND --help" for a command's options and examples.
+)",
+          file);
+    recordOutputError();
 }
 
-} // namespace
+// The value of all long options for getopt_long; greater than any letter.
+static constexpr int longOption = 256;
 
-int runCompanion(int argc, const char *const *argv) {
-    CLI::App app("Looks into the power-management shared memory and changes it, field by field.",
-                 "orbelstatctl");
-    app.require_subcommand(1);
-    app.footer("A PATH names a field, a group or an array: upm.policies[3].state, psu[0..3], "
-               "reporting.");
-    app.set_version_flag("--version", "orbelstatctl " ORBELSTATCTL_VERSION);
-    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    std::string from;
-    app.add_option("--from", from, "Read a capture, not the live memory")->type_name("DIRECTORY");
-    const auto add = [&](const char *name, const char *help) {
-        return app.add_subcommand(name, help)->group("Commands")->fallthrough();
-    };
-    Words words;
-    static constexpr char everything[] = "Fields, groups or arrays; all if none is named";
+// Throws a usage error for what getopt_long has just found: '?' or, without a value, ':'.
+[[noreturn]] static void rejectOption(int found, const Command &command, std::string word,
+                                      const Strings &known) {
+    const bool isLong = optopt == 0 || optopt == longOption;
+    word = isLong ? word.substr(0, word.find('=')) : std::string{'-', static_cast<char>(optopt)};
+    if (found == ':' || optopt == longOption) {
+        reject(command, word + (found == ':' ? " needs a value" : " does not take a value"));
+    }
+    reject(command, "unknown option: " + word, isLong ? didYouMean(word, known) : "");
+}
 
-    CLI::App *list = add("list", "Print paths, types, places and bounds");
-    bool perElement = false;
-    bool onlyWritable = false;
-    list->add_flag("-a", perElement, "A line for each element of an array");
-    list->add_flag("-w", onlyWritable, "Only what may be written");
-    addWords(list, "PATH", words, everything);
+// Parses the words after the first one, which names the command.
+static Arguments parseArguments(const Command &command, std::span<char *> words) {
+    // "-" returns operands as the option 1, so that options may follow them in any environment; "+"
+    // ends the program's own options at the command. ":" distinguishes a missing value.
+    std::string letters = &command == &program ? "+:h" : "-:h";
+    Strings names = {"--from", "--help"};
+    std::istringstream options(command.options);
+    for (std::string name; options >> name;) {
+        name.starts_with("--") ? names.push_back(name) : void(letters += name);
+    }
+    std::vector<option> table;
+    for (const std::string &name : names) {
+        table.push_back({name.c_str() + 2, name == "--from" ? 1 : 0, nullptr, longOption});
+    }
+    table.push_back({});
+    Arguments arguments;
+    opterr = 0;
+    optind = 0; // starts a new pass
+    for (int found = 0, index = 0; found != -1;) {
+        found = getopt_long(static_cast<int>(words.size()), words.data(), letters.c_str(),
+                            table.data(), &index);
+        if (found == '?' || found == ':') {
+            rejectOption(found, command, words[static_cast<size_t>(optind) - 1], names);
+        } else if (found == 1) {
+            arguments.operands.emplace_back(optarg);
+        } else if (found != -1) {
+            const std::string name = found == longOption
+                                         ? names[static_cast<size_t>(index)]
+                                         : std::string{'-', static_cast<char>(found)};
+            arguments.options[name].emplace_back(optarg != nullptr ? optarg : "");
+        }
+    }
+    arguments.operands.insert(arguments.operands.end(), words.begin() + optind, words.end());
+    return arguments;
+}
 
-    CLI::App *get = add("get", "Print values as PATH=VALUE");
-    bool onlyValues = false;
-    get->add_flag("-n", onlyValues, "The values alone");
-    get->add_flag("-w", onlyWritable, "Only what set takes back");
-    addWords(get, "PATH", words, everything);
+static const Command &findCommand(const std::string &name) {
+    Strings names;
+    for (const Command *command : commands) {
+        if (command->name == name) {
+            return *command;
+        }
+        names.emplace_back(command->name);
+    }
+    reject(program, name + ": no such command", didYouMean(name, names));
+}
 
-    CLI::App *set = add("set", "Write fields, after a check of all of them");
-    bool isDryRun = false;
-    set->add_flag("--dry-run", isDryRun, "Check and show, but write nothing");
-    addWords(set, "PATH=VALUE", words, "Assignments, or - for the lines of standard input")
-        ->required();
+// Runs a command line. `command` becomes the command as soon as it is known.
+static ExitStatus run(std::span<char *> words, const Command *&command) {
+    const Arguments general = parseArguments(program, words);
+    if (words.size() <= 1 || general.has("-h") || general.has("--help")) {
+        printProgramHelp(words.size() <= 1 ? stderr : stdout);
+        return words.size() <= 1 ? ExitStatus::usageError : ExitStatus::success;
+    }
+    if (general.has("-V") || general.has("--version")) {
+        print("orbelstatctl " ORBELSTATCTL_VERSION "\n");
+        return ExitStatus::success;
+    }
+    if (general.operands.empty()) {
+        reject(program, "COMMAND is missing");
+    }
+    command = &findCommand(general.operands[0]);
+    Arguments arguments = parseArguments(*command, words.last(general.operands.size()));
+    if (arguments.has("-h") || arguments.has("--help")) {
+        print(command->help);
+        return ExitStatus::success;
+    }
+    arguments.options.insert(general.options.begin(), general.options.end());
+    rejectIf(command->isLiveOnly && arguments.has("--from"),
+             std::string(command->name) + " does not accept --from (live memory only)");
+    rejectIf(arguments.has("--from") && arguments.last("--from").empty(),
+             "--from: DIRECTORY is empty");
+    if (*command->requiredOperand != '\0' && arguments.operands.empty()) {
+        reject(*command, std::string(command->requiredOperand) + " is missing");
+    }
+    if (arguments.operands.size() > command->maxOperands) {
+        reject(*command, "unexpected argument: " + arguments.operands[command->maxOperands]);
+    }
+    return command->run(arguments);
+}
 
-    CLI::App *json = add("json", "Print one JSON document");
-    std::string path;
-    addWord(json, "PATH", path, "A field, group or array; all if none is named");
+double Arguments::number(const std::string &option, double least, double most,
+                         double ifMissing) const {
+    if (!has(option)) {
+        return ifMissing;
+    }
+    const auto [number, error] = parseFloat(last(option));
+    rejectIf(!error.empty() || !(least <= number && number <= most),
+             option + ": must be a number from " + formatFloat(least) + " to " + formatFloat(most) +
+                 ": " + last(option));
+    return number;
+}
 
-    CLI::App *table = add("table", "Print an array of records, a row for each");
-    addWord(table, "PATH", path, "The array, or a range of it")->required();
-    addWords(table, "FIELD", words, "The columns; all plain members if none is named");
-
-    CLI::App *diff = add("diff", "Compare captures: status 0 the same, 1 different, 2 trouble");
-    std::string after;
-    addWord(diff, "BEFORE", path, "A capture's directory")
-        ->required()
-        ->check(CLI::ExistingDirectory);
-    addWord(diff, "AFTER", after, "Another; the live memory if it is left out")
-        ->check(CLI::ExistingDirectory);
-
-    CLI::App *watch = add("watch", "Print changes as they happen");
-    double seconds = 1;
-    uint64_t count = 0;
-    bool isCsv = false;
-    watch->add_option("-i", seconds, "From one look to the next; 1 if left out")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.001, 1e6));
-    watch->add_option("-n", count, "How many looks; no end if left out")
-        ->type_name("COUNT")
-        ->check(
-            [](const std::string &word) { return word[0] == '0' ? "not from 1 up: " + word : ""; })
-        ->check(CLI::Range(1, 1000000000));
-    watch->add_flag("--csv", isCsv, "A row of comma-separated values for each look");
-    addWords(watch, "PATH", words, "Fields, groups or arrays")->required();
-
-    CLI::App *metrics = add("metrics", "Print numbers in the text format of Prometheus");
-    addWords(metrics, "PATH", words, everything);
-
-    CLI::App *save = add("save", "Save a capture of all sections");
-    addWord(save, "DIRECTORY", path, "A new directory")->required();
-
+RunResult runOrbelstatctl(int argc, char **argv) {
+    const Command *command = &program;
+    auto status = ExitStatus::failure;
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success &asked) {
-        print(asked.get_name() == "CallForVersion" ? asked.what() + std::string("\n") : app.help());
-        return succeeded;
-    } catch (const CLI::ParseError &error) {
-        throw Stop{refused, complaintOf(app, error) + "; see orbelstatctl --help"};
+        return {run({argv, static_cast<size_t>(argc)}, command), command->ifFailed};
+    } catch (const CommandError &error) {
+        status = error.status;
+        std::ranges::for_each(error.messages, printError);
+    } catch (const std::bad_alloc &) {
+        printError("out of memory");
+    } catch (const std::exception &error) {
+        printError(error.what());
     }
-    const CLI::App *command = app.get_subcommands()[0];
-    const bool isLive = command == set || command == diff || command == watch || command == save;
-    refuseIf(std::isnan(seconds), "-i: nan is no number of seconds");
-    refuseIf(json->count("PATH") != 0 && path.empty(), ": no such field");
-    refuseIf(isLive && app.count("--from") != 0, "--from: not for " + command->get_name());
-    if (app.count("--from") != 0 && !std::filesystem::is_directory(from)) {
-        throw Stop{failed, "--from: no directory: " + from};
-    }
-    Source source(from);
-    const std::map<const CLI::App *, std::function<int()>> runs = {
-        {list, [&] { return listFields(words, perElement, onlyWritable); }},
-        {get, [&] { return getFields(source, words, onlyValues, onlyWritable); }},
-        {set, [&] { return setFields(words, isDryRun); }},
-        {json, [&] { return printJson(source, path); }},
-        {table, [&] { return printTable(source, path, words); }},
-        {diff, [&] { return compareCaptures(path, after); }},
-        {watch, [&] { return watchFields(words, seconds, count, isCsv); }},
-        {metrics, [&] { return printMetrics(source, words); }},
-        {save, [&] { return saveCapture(path); }},
-    };
-    return runs.at(command)();
+    return {status == ExitStatus::failure ? command->ifFailed : status, command->ifFailed};
 }

@@ -1,33 +1,49 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/values.h"
 
-#include <cstring>
-
-// Why setFields would not bring back what a field holds; "" if it would.
-static std::string lossOf(const Row &row, const std::string &value, const uint8_t *at) {
-    std::string bytes;
-    const std::string error = parseValue(row, value, bytes);
-    const bool isOther = error.empty() && memcmp(bytes.data(), at, row.size) != 0;
-    return isOther ? "not with the same bytes" : error;
+// Returns why `set` could not restore the value of a writable field; "" if it could.
+static std::string restoreError(const Field &field, const std::string &value, Source &source) {
+    const Row &row = *field.node().row;
+    const uint8_t *at = source.sectionBytes(field.node().section) + field.offset;
+    const auto [bytes, error] = parseValue(row, value, Bounds::check);
+    if (!error.empty()) {
+        return "skipped, set would reject it: " + error;
+    }
+    const bool isSame = memcmp(bytes.data(), at, row.size) == 0;
+    return isSame ? "" : "skipped, this NaN cannot be restored bit for bit";
 }
 
-int getFields(Source &source, const Words &words, bool onlyValues, bool onlyWritable) {
-    const Kind kind = onlyWritable ? Kind::writable : Kind::any;
-    bool isLost = false;
-    for (const Field &field : fieldsOf(parsePaths(words, kind), kind)) {
-        const auto value = source.valueOf(field);
+static ExitStatus runGet(const Arguments &arguments) {
+    const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
+    const std::vector<Path> paths = parsePaths(arguments.operands, kind);
+    Source source(arguments.last("--from"));
+    bool isSkipped = false;
+    for (const Field &field : expandPaths(paths, kind)) {
+        const auto value = source.readValue(field);
         if (!value) {
             continue;
         }
-        if (onlyWritable) {
-            const uint8_t *at = source.bytesOf(field.node->section) + field.offset;
-            if (const std::string loss = lossOf(*field.node->row, *value, at); !loss.empty()) {
-                complain(field.path + '=' + *value + ": cannot be set back, " + loss);
-                isLost = true;
-                continue;
-            }
+        const std::string error = kind == Kind::writable ? restoreError(field, *value, source) : "";
+        if (error.empty()) {
+            print((arguments.has("-n") ? "" : field.path + '=') + *value + '\n');
+        } else {
+            printError(field.path + '=' + *value + ": " + error);
+            isSkipped = true;
         }
-        print((onlyValues ? "" : field.path + '=') + *value + '\n');
     }
-    return source.hasFailed() || isLost ? failed : succeeded;
+    return source.hasFailed() || isSkipped ? ExitStatus::failure : ExitStatus::success;
 }
+
+static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] get [-nw] [PATH ...]
+
+Print fields as PATH=VALUE, in the order in which they are named (default: all).
+
+  -n  Print the bare values
+  -w  Print only what "set -" accepts
+
+Examples:
+  watts=$(orbelstatctl get -n 'upm.policies[3].policyPowerLimit')
+  orbelstatctl get -w upm.policies >policies
+)";
+
+const Command getCommand = {"get", "Print fields as PATH=VALUE", runGet, "n w", help};

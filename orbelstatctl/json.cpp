@@ -2,13 +2,11 @@
 #include "orbelstatctl/values.h"
 
 #include <nlohmann/json.hpp>
-#include <span>
 
 using Json = nlohmann::ordered_json;
-using Steps = std::span<const Step>;
 
-// A string in which every byte stands for the code point of its number.
-static Json textJson(const std::string &text) {
+// Converts Latin-1 to UTF-8: each byte becomes the code point with that number.
+static std::string toUtf8(const std::string &text) {
     std::string utf8;
     for (const char character : text) {
         const auto byte = static_cast<uint8_t>(character);
@@ -20,60 +18,69 @@ static Json textJson(const std::string &text) {
     return utf8;
 }
 
-// A number is written as everywhere else; what is not finite becomes null.
-static Json valueJson(const Row &row, const uint8_t *at) {
-    if (row.type == Type::text) {
-        return textJson(textAt(row, at));
+// Returns the JSON value of a field. Numbers are written as everywhere else; those that are not
+// finite become null, as does a field that cannot be read.
+static Json readJson(Source &source, const Field &field) {
+    const Node &node = field.node();
+    if (node.isPolicyName) {
+        const auto name = source.policyName(field.indices().at(0));
+        return name ? Json(toUtf8(*name)) : Json();
     }
-    const std::string value = valueOf(row, at);
-    const Json number = value == "-0" ? Json(-0.0) : Json::parse(value, nullptr, false);
-    return row.type == Type::bytes ? Json(value) : number.is_discarded() ? Json() : number;
+    const uint8_t *section = source.sectionBytes(node.section);
+    if (section == nullptr) {
+        return {};
+    }
+    const uint8_t *at = section + field.offset;
+    if (node.isText()) {
+        return toUtf8(toText(*node.row, at));
+    }
+    const std::string value = formatValue(*node.row, at);
+    if (node.isBytes()) {
+        return value;
+    }
+    const Json number = Json::parse(value, nullptr, false);
+    return number.is_discarded() ? Json() : value == "-0" ? Json(-0.0) : number;
 }
 
-static Json jsonOf(Source &source, Steps path, std::vector<uint32_t> indices);
-
-// Of one element of an array, or of what is no array: what the rest of the path names in it. Null
-// if that cannot be read.
-static Json elementJson(Source &source, const Node &node, Steps rest,
-                        const std::vector<uint32_t> &indices) {
-    if (!rest.empty()) {
-        return jsonOf(source, rest, indices);
+// Returns the place of a field that `path` selects in the document. Steps of the path itself appear
+// only as arrays, where they select several elements.
+static Json &findOrAddJson(Json &document, const Path &path, const Field &field) {
+    Json *json = &document;
+    for (size_t i = 0; i < field.steps.size(); ++i) {
+        const Step &step = field.steps[i];
+        const bool isBelow = i >= path.size();
+        if (isBelow) {
+            json = &(*json)[std::string(step.node->name)];
+        }
+        if (step.node->count != 0 && (isBelow || path[i].index != Step::one)) {
+            json = &(*json)[size_t{step.first} - (isBelow ? 0 : path[i].first)];
+        }
     }
-    if (node.isPolicyName()) {
-        return textJson(source.policyName(indices.at(0)));
-    }
-    if (node.isField()) {
-        const uint8_t *bytes = source.bytesOf(node.section);
-        return bytes == nullptr ? Json() : valueJson(*node.row, bytes + node.offsetAt(indices));
-    }
-    Json object;
-    for (const Node &member : node.members) {
-        const Step all = allOf(member);
-        object[std::string(member.name)] = jsonOf(source, {&all, 1}, indices);
-    }
-    return object;
+    return *json;
 }
 
-// Of what a path names: an array, unless it names one element or what is no array.
-static Json jsonOf(Source &source, Steps path, std::vector<uint32_t> indices) {
-    const auto &[node, index, first, last] = path[0];
-    if (node->count == 0) {
-        return elementJson(source, *node, path.subspan(1), indices);
+static ExitStatus runJson(const Arguments &arguments) {
+    const Path path = parsePaths(arguments.operands, Kind::any)[0];
+    Source source(arguments.last("--from"));
+    Json document;
+    for (const Field &field : expandPaths({path})) {
+        findOrAddJson(document, path, field) = readJson(source, field);
     }
-    Json array = Json::array();
-    indices.push_back(first);
-    for (; indices.back() <= last; ++indices.back()) {
-        array.push_back(elementJson(source, *node, path.subspan(1), indices));
-    }
-    return index == Step::one ? array[0] : array;
-}
-
-int printJson(Source &source, const std::string &path) {
-    const Path steps = path.empty() ? Path() : parsePath(path, path);
-    const Json document = elementJson(source, tree(), steps, {});
     if (source.hasFailed()) {
-        return failed;
+        return ExitStatus::failure;
     }
     print(document.dump(2, ' ', true) + '\n');
-    return succeeded;
+    return ExitStatus::success;
 }
+
+static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] json [PATH]
+
+Print one JSON document, nested as the paths are, without PATH itself. Prints
+nothing if a part cannot be read.
+
+Examples:
+  orbelstatctl json 'psu[0..3]'
+  orbelstatctl json upm.policies | jq '.[] | select(.state == 1) | .name'
+)";
+
+const Command jsonCommand = {"json", "Print one JSON document", runJson, "", help, "", 1};

@@ -1,28 +1,32 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/values.h"
 
-// Of each member of a kind that the paths name the first element, with a path that has them all.
-static std::vector<Field> membersOf(const std::vector<Path> &paths, Kind kind) {
-    std::vector<Field> members;
-    for (const Path &path : paths) {
-        for (const Path &member : membersBelow(path, kind)) {
-            Field first = fieldsOf({member}).front();
-            first.path = textOf(member);
-            members.push_back(first);
-        }
+static ExitStatus runList(const Arguments &arguments) {
+    const auto expansion = arguments.has("-a") ? Expansion::elements : Expansion::members;
+    const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
+    for (const Field &field : expandPaths(parsePaths(arguments.operands, kind), kind, expansion)) {
+        const Node &node = field.node();
+        const std::string location =
+            std::to_string(node.section.id) + '\t' + std::to_string(field.offset);
+        print(field.path + '\t' + formatType(node) + '\t' +
+              (node.isPolicyName ? "-\t-" : location) +
+              (node.isWritable() ? '\t' + formatBounds(*node.row) : "") + '\n');
     }
-    return members;
+    return ExitStatus::success;
 }
 
-int listFields(const Words &words, bool perElement, bool onlyWritable) {
-    const Kind kind = onlyWritable ? Kind::writable : Kind::any;
-    const std::vector<Path> paths = parsePaths(words, kind);
-    for (const auto &[path, node, indices, offset] :
-         perElement ? fieldsOf(paths, kind) : membersOf(paths, kind)) {
-        const std::string section = std::to_string(node->section.id);
-        print(path + '\t' + typeNameOf(*node) + '\t' +
-              (node->isPolicyName() ? "-\t-" : section + '\t' + std::to_string(offset)) +
-              (node->isWritable() ? '\t' + boundsOf(*node->row) : "") + '\n');
-    }
-    return succeeded;
-}
+static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] list [-aw] [PATH ...]
+
+Print path, type, section, offset in bytes and, for a writable field, the bounds
+of each member, separated by tabs. Reads no shared memory.
+
+  -a  List each element of an array
+  -w  List only writable fields
+
+Examples:
+  orbelstatctl list -w upm.powerLimits
+  orbelstatctl list -a 'psu[0]'
+)";
+
+const Command listCommand = {"list", "List fields with type, section, offset and bounds", runList,
+                             "a w", help};

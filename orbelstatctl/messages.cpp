@@ -3,30 +3,18 @@
 #include "output/standard_streams.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
-#include <cstdint>
 #include <cstdio>
 #include <numeric>
 
-void refuseIf(bool isWrong, const std::string &message) {
-    if (isWrong) {
-        throw Stop{refused, message};
+void rejectIf(bool isInvalid, const std::string &message) {
+    if (isInvalid) {
+        throw CommandError{ExitStatus::usageError, {message}};
     }
 }
 
-void takeAll(const std::vector<std::string> &words,
-             const std::function<void(const std::string &word)> &take) {
-    bool areRight = true;
-    for (const std::string &word : words) {
-        try {
-            take(word);
-        } catch (const Stop &stop) {
-            complain(stop.message);
-            areRight = false;
-        }
-    }
-    refuseIf(!areRight, "");
+void fail(const std::string &message) {
+    throw CommandError{ExitStatus::failure, {message}};
 }
 
 std::string escaped(std::string_view text) {
@@ -47,29 +35,26 @@ std::string escaped(std::string_view text) {
 
 std::string unescaped(std::string_view line) {
     std::string text;
-    while (!line.empty()) {
-        const char *digits = line.data() + 2;
+    for (; !line.empty(); line.remove_prefix(1)) {
+        const char kind = line[0] == '\\' && line.size() > 1 ? line[1] : '\0';
         uint8_t byte = 0;
-        size_t length = 2;
-        if (line.starts_with("\\n") || line.starts_with("\\t")) {
-            text += line[1] == 'n' ? '\n' : '\t';
-        } else if (line.starts_with("\\\\")) {
-            text += '\\';
-        } else if (line.starts_with("\\x") && line.size() >= 4 &&
-                   std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+        if (kind == 'x' && line.size() > 3 &&
+            std::from_chars(&line[2], &line[2] + 2, byte, 16).ptr == &line[2] + 2) {
             text += static_cast<char>(byte);
-            length = 4;
+            line.remove_prefix(3);
+        } else if (kind == 'n' || kind == 't' || kind == '\\') {
+            text += kind == 'n' ? '\n' : kind == 't' ? '\t' : '\\';
+            line.remove_prefix(1);
         } else {
             text += line[0];
-            length = 1;
         }
-        line.remove_prefix(length);
     }
     return text;
 }
 
-void complain(const std::string &message) {
-    fprintf(stderr, "orbelstatctl: %s\n", escaped(message).c_str());
+void printError(const std::string &message) {
+    // One call, so that messages of several processes do not mix within a line.
+    fputs(("orbelstatctl: " + escaped(message) + '\n').c_str(), stderr);
 }
 
 void print(std::string_view text) {
@@ -77,14 +62,31 @@ void print(std::string_view text) {
     recordOutputError();
 }
 
-// How many letters have to be put in, taken out or changed; case does not count.
-static size_t distance(std::string_view left, std::string_view right) {
+std::string formatCsvRow(const Strings &cells) {
+    std::string line;
+    for (const std::string &cell : cells) {
+        const bool isQuoted = cell.find_first_of(",\"\r\n") != std::string::npos;
+        line += &cell == cells.data() ? "" : ",";
+        line += isQuoted ? "\"" : "";
+        for (const char character : cell) {
+            line.append(character == '"' ? 2 : 1, character);
+        }
+        line += isQuoted ? "\"" : "";
+    }
+    return line + '\n';
+}
+
+// Returns the Levenshtein distance, ignoring case.
+static size_t editDistance(std::string_view left, std::string_view right) {
+    const auto lower = [](char letter) {
+        return 'A' <= letter && letter <= 'Z' ? letter + 32 : letter;
+    };
     std::vector<size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), 0);
     for (const char character : left) {
         size_t diagonal = row[0]++;
         for (size_t i = 0; i < right.size(); ++i) {
-            const size_t changed = diagonal + (tolower(character) == tolower(right[i]) ? 0 : 1);
+            const size_t changed = diagonal + (lower(character) == lower(right[i]) ? 0 : 1);
             diagonal = row[i + 1];
             row[i + 1] = std::min({changed, row[i] + 1, diagonal + 1});
         }
@@ -92,11 +94,15 @@ static size_t distance(std::string_view left, std::string_view right) {
     return row.back();
 }
 
-std::string didYouMean(std::string_view word, const std::vector<std::string> &names,
-                       const std::string &before) {
-    const auto best = std::ranges::min_element(
-        names, {}, [&](const std::string &name) { return distance(word, name); });
-    const bool isLike =
-        best != names.end() && distance(word, *best) <= std::max<size_t>(2, best->size() / 3);
-    return isLike ? "; did you mean " + before + *best + '?' : "";
+std::string didYouMean(std::string_view word, const Strings &names, const std::string &before) {
+    std::string best;
+    size_t least = SIZE_MAX;
+    for (const std::string &name : names) {
+        const size_t limit = std::max<size_t>(2, name.size() / 3);
+        const bool isTooLong = word.size() > name.size() + limit; // perhaps by a megabyte
+        const size_t distance = isTooLong ? SIZE_MAX : editDistance(word, name);
+        best = distance <= limit && distance < least ? name : best;
+        least = std::min(distance, least);
+    }
+    return best.empty() ? "" : "; did you mean " + before + best + '?';
 }

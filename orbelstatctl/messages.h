@@ -1,42 +1,77 @@
-// What the companion says: results on standard output, messages on standard error.
+// Errors, results and text: what the commands print, and how they end.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-enum ExitStatus {
-    succeeded = 0,
-    failed = 1,  // something could not be read, written, printed or saved
-    refused = 2, // the command line or a value
+using Strings = std::vector<std::string>;
+
+// The exit status. diff has its own meanings: see diff.cpp.
+enum class ExitStatus {
+    success = 0,
+    failure = 1,    // something could not be read, written, printed or saved
+    usageError = 2, // the command line or a value is invalid, and nothing was written
 };
 
-// What ends a command. An empty message: all has been said.
-struct Stop {
+// Thrown to end a command with a status. The messages have not been printed yet.
+struct CommandError {
     ExitStatus status;
-    std::string message;
+    Strings messages;
 };
 
-// Throws Stop for a command line or a value that is wrong.
-void refuseIf(bool isWrong, const std::string &message);
+// Throws a usage error with this message if `isInvalid` holds.
+void rejectIf(bool isInvalid, const std::string &message);
 
-// Takes each word; complains of all for which that throws Stop, and then throws Stop itself.
-void takeAll(const std::vector<std::string> &words,
-             const std::function<void(const std::string &word)> &take);
+// Throws a failure with this message.
+[[noreturn]] void fail(const std::string &message);
 
-// The text in printable ASCII, so that none can forge a line or drive a terminal: "\n", "\t", "\\",
-// and "\xhh" for every other byte that is a control character or above 0x7E.
+// A value or, if `error` is not empty, the reason why there is none.
+template <typename Value> struct Result {
+    Value value;
+    std::string error;
+};
+
+// Returns what messages show of an item that is being parsed.
+inline const std::string &description(const std::string &text) {
+    return text;
+}
+
+// Parses each item with `parse`, which returns a Result, and returns the values. Throws a usage
+// error with a message for each item that is invalid.
+template <typename Items, typename Parse> auto parseAll(const Items &items, Parse parse) {
+    std::vector<decltype(parse(*items.begin()).value)> values;
+    CommandError errors{ExitStatus::usageError, {}};
+    for (const auto &item : items) {
+        auto [value, error] = parse(item);
+        values.push_back(std::move(value));
+        if (!error.empty()) {
+            const std::string shown = description(item);
+            errors.messages.push_back((shown.empty() ? "" : shown + ": ") + error);
+        }
+    }
+    if (!errors.messages.empty()) {
+        throw errors;
+    }
+    return values;
+}
+
+// Escapes everything that is not printable ASCII, so that a text can neither fake an output line
+// nor control the terminal: "\n", "\t", "\\", and "\xhh" for any other byte.
 std::string escaped(std::string_view text);
-std::string unescaped(std::string_view line); // what was escaped
+
+// Undoes `escaped`. Backslashes that do not begin an escape are kept.
+std::string unescaped(std::string_view line);
 
 // Prints a message, escaped, as one line on standard error.
-void complain(const std::string &message);
+void printError(const std::string &message);
 
-// Hands text to standard output.
+// Hands text to standard output. closeStandardOutput reports a failure.
 void print(std::string_view text);
 
-// "; did you mean NAME?" with the name that is most like a misspelt word, after what stands before
-// it; "" if none is like it.
-std::string didYouMean(std::string_view word, const std::vector<std::string> &names,
-                       const std::string &before = "");
+// Returns cells as comma-separated values, with a newline. Quotes them as RFC 4180 requires.
+std::string formatCsvRow(const Strings &cells);
+
+// Returns "; did you mean NAME?" with `before` and the name that is closest to a misspelt word, or
+// "" if none is close. Ignores case.
+std::string didYouMean(std::string_view word, const Strings &names, const std::string &before = "");

@@ -1,45 +1,88 @@
 #include "orbelstatctl/commands.h"
 
-// "{policies="3"}": each index of a field, named after its array.
-static std::string labelsOf(const Path &member, const Field &field) {
-    std::string labels;
-    auto index = field.indices.begin();
+// Returns "orbelstat_upm_policies_state": the names in a path.
+static std::string metricName(const Path &member) {
+    std::string name = "orbelstat";
     for (const Step &step : member) {
-        if (step.node->count != 0) {
-            labels += (labels.empty() ? "{" : ",") + std::string(step.node->name) + "=\"" +
-                      std::to_string(*index++) + '"';
-        }
+        name.append("_").append(step.node->name);
     }
-    return labels.empty() ? "" : labels + '}';
+    return member.back().node->isText() ? name + "_info" : name;
 }
 
-int printMetrics(Source &source, const Words &words) {
-    static const std::map<std::string, std::string> spellings = {
-        {"inf", "+Inf"}, {"-inf", "-Inf"}, {"nan", "NaN"}, {"-nan", "NaN"}};
-    // Of each member the fields by their offsets: all in a row, and each once, however often named.
-    std::map<const Node *, std::map<size_t, Field>> fields;
-    for (const Field &field : fieldsOf(parsePaths(words, Kind::number), Kind::number)) {
-        if (source.valueOf(field)) {
-            fields[field.node].emplace(field.offset, field);
+// Returns "{policies="3"} 1": a label for each index, named after its array, or "index" for an
+// array of plain values, then the value. Text is one more label, and its value is 1.
+static std::string formatSample(const Field &field, const std::string &value) {
+    std::string labels;
+    for (const Step &step : field.steps) {
+        if (step.node->count != 0) {
+            labels += (labels.empty() ? "" : ",") +
+                      std::string(step.node->isField() ? "index" : step.node->name) + "=\"" +
+                      std::to_string(step.first) + '"';
         }
     }
-    for (const Path &member : membersBelow({}, Kind::number)) {
-        const auto named = fields.find(member.back().node);
-        if (named == fields.end()) {
-            continue;
+    if (field.node().isText()) {
+        labels += (labels.empty() ? "" : ",") + std::string(field.node().name) + "=\"";
+        for (const char character : value) {
+            labels += character == '\\' || character == '"' ? "\\" : "";
+            labels += character;
         }
-        std::string name = "orbelstat";
-        for (const Step &step : member) {
-            name.append("_").append(step.node->name);
-        }
-        print("# HELP " + name + ' ' + textOf(member) + '\n');
-        print("# TYPE " + name + " gauge\n");
-        for (const auto &[offset, field] : named->second) {
-            const std::string value = *source.valueOf(field);
-            const auto spelling = spellings.find(value);
-            print(name + labelsOf(member, field) + ' ' +
-                  (spelling == spellings.end() ? value : spelling->second) + '\n');
-        }
+        labels += '"';
     }
-    return source.hasFailed() ? failed : succeeded;
+    return (labels.empty() ? "" : '{' + labels + '}') + ' ' +
+           (field.node().isText()               ? "1"
+            : value == "inf" || value == "-inf" ? (value[0] == '-' ? "-Inf" : "+Inf")
+            : value.ends_with("nan")            ? "NaN"
+                                                : value) +
+           '\n';
 }
+
+static void printHeading(const std::string &name, const std::string &help) {
+    print("# HELP " + name + ' ' + help + "\n# TYPE " + name + " gauge\n");
+}
+
+static ExitStatus runMetrics(const Arguments &arguments) {
+    const std::vector<Path> paths = parsePaths(arguments.operands, Kind::metric);
+    Source source(arguments.last("--from"));
+    // The samples of each member by their indices, so that each appears once.
+    std::map<const Node *, std::map<std::vector<uint32_t>, std::string>> samples;
+    std::map<int32_t, bool> readable; // by section number
+    for (const Field &field : expandPaths(paths, Kind::metric)) {
+        const auto value = source.readValue(field);
+        if (!field.node().isPolicyName) {
+            readable[field.node().section.id] = value.has_value();
+        }
+        if (value) {
+            samples[&field.node()][field.indices()] = formatSample(field, *value);
+        }
+    }
+    if (!readable.empty()) {
+        printHeading("orbelstat_section_readable", "whether a section could be read");
+    }
+    for (const auto &[section, isRead] : readable) {
+        print("orbelstat_section_readable{section=\"" + std::to_string(section) + "\"} " +
+              (isRead ? "1\n" : "0\n"));
+    }
+    for (const Field &member : expandPaths({Path()}, Kind::metric, Expansion::members)) {
+        const std::string name = metricName(member.steps);
+        if (samples.contains(&member.node())) {
+            printHeading(name, member.path);
+        }
+        for (const auto &[indices, sample] : samples[&member.node()]) {
+            print(name + sample);
+        }
+    }
+    return ExitStatus::success;
+}
+
+static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] metrics [PATH ...]
+
+Print numbers and text in the text format of Prometheus. A section that cannot
+be read has orbelstat_section_readable 0 and no other lines.
+
+Examples:
+  orbelstatctl metrics 'psu[*].Pout' upm.policies
+  orbelstatctl metrics >orbelstat.tmp && mv orbelstat.tmp orbelstat.prom
+)";
+
+const Command metricsCommand = {
+    "metrics", "Print numbers and text in the text format of Prometheus", runMetrics, "", help};

@@ -1,67 +1,120 @@
 #include "orbelstatctl/paths.h"
 
-#include "orbelstatctl/messages.h"
-
-#include <algorithm>
 #include <charconv>
+#include <numeric>
 
-static bool parseNumber(std::string_view text, uint32_t &number) {
+Step allOf(const Node &node) {
+    return {&node, Step::none, 0, node.lastIndex()};
+}
+
+static constexpr char indexForms[] = "; use [0], [0..3] or [*]";
+
+static bool parseIndex(std::string_view text, uint32_t &index) {
     const char *end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    const auto [rest, error] = std::from_chars(text.data(), end, index);
     return error == std::errc() && rest == end;
 }
 
-// Understands what stands in brackets: "3", "0..3" or "*", which leaves first and last as they are.
+// Parses the text between brackets: "3", "0..3" or "*". Returns false if it is something else.
 static bool parseElements(std::string_view text, Step &step) {
     const size_t dots = std::min(text.find(".."), text.size());
     const bool isOne = dots == text.size() && text != "*";
     step.index = isOne ? Step::one : Step::range;
-    return text == "*" || (parseNumber(text.substr(0, dots), step.first) &&
-                           parseNumber(isOne ? text : text.substr(dots + 2), step.last));
+    return text == "*" || (parseIndex(text.substr(0, dots), step.first) &&
+                           parseIndex(isOne ? text : text.substr(dots + 2), step.last));
 }
 
-Path parsePath(const std::string &text, const std::string &shown, const Node &start) {
-    Path path;
-    const Node *outer = &start;
-    std::string_view rest = text;
-    bool isMore = true;
-    do {
-        const std::string before = text.substr(0, text.size() - rest.size());
-        const std::string name(rest.substr(0, rest.find_first_of(".[")));
-        const auto node = std::ranges::find(outer->members, name, &Node::name);
-        if (node == outer->members.end()) {
-            std::vector<std::string> names;
-            for (const Node &member : outer->members) {
-                names.emplace_back(member.name);
-            }
-            throw Stop{refused, shown + ": no such field" + didYouMean(name, names, before)};
+// Returns the first path to a node with this name below `node`, in list order; "" if there is none.
+static std::string findName(const Node &node, std::string_view name) {
+    for (const Node &member : node.members) {
+        const std::string path(member.name);
+        if (member.name == name) {
+            return path;
         }
-        Step step = allOf(*node);
-        rest.remove_prefix(name.size());
-        if (rest.starts_with('[')) {
-            const size_t end = std::min(rest.find(']'), rest.size() - 1);
-            refuseIf(rest[end] != ']' || !parseElements(rest.substr(1, end - 1), step),
-                     shown + ": no such field");
-            refuseIf(node->count == 0, shown + ": " + before + name + " is no array");
-            refuseIf(step.first > step.last || step.last > node->lastIndex(),
-                     shown + ": " + before + name + " has the elements 0 to " +
-                         std::to_string(node->lastIndex()));
-            rest.remove_prefix(end + 1);
+        if (const std::string below = findName(member, name); !below.empty()) {
+            return path + '.' + below;
         }
-        path.push_back(step);
-        outer = &*node;
-        isMore = !rest.empty();
-        refuseIf(isMore && rest[0] != '.', shown + ": no such field");
-        rest.remove_prefix(isMore ? 1 : 0);
-    } while (isMore);
+    }
+    return "";
+}
+
+// Returns why a name is not a member of `parent`. `before` is the path up to the name.
+static std::string unknownNameError(std::string_view name, const std::string &before,
+                                    const Node &parent, const Node &start) {
+    uint32_t index = 0;
+    if (parent.count != 0 && parseIndex(name, index)) {
+        return "invalid index ." + std::string(name) + indexForms;
+    }
+    Strings siblings;
+    for (const Node &member : parent.members) {
+        siblings.emplace_back(member.name);
+    }
+    const std::string hint = didYouMean(name, siblings, before);
+    const std::string other = hint.empty() ? findName(start, name) : "";
+    return "no such field" + (other.empty() ? hint : "; did you mean " + other + '?');
+}
+
+// Parses an index or a range in brackets. Returns why it is invalid, or "". `name` is the path of
+// the array.
+static std::string parseBrackets(const std::string &text, Step &step, const std::string &name) {
+    const uint32_t last = step.node->lastIndex();
+    if (step.node->count == 0) {
+        return name + " is not an array";
+    }
+    if (!text.ends_with(']') || !parseElements(text.substr(1, text.size() - 2), step)) {
+        return "invalid index " + text + indexForms;
+    }
+    if (std::max(step.first, step.last) > last) {
+        return "index out of range, " + name + " has elements 0 to " + std::to_string(last);
+    }
+    return step.first > step.last ? "range runs backwards" : "";
+}
+
+Result<Path> parsePath(std::string_view text, const Node &start) {
+    Result<Path> path{{}, text.empty() ? "empty path" : ""};
+    const Node *parent = &start;
+    for (size_t at = 0; path.error.empty() && at <= text.size();) {
+        const size_t end = std::min(text.find_first_of(".[", at), text.size());
+        const std::string_view name = text.substr(at, end - at);
+        const auto node = std::ranges::find(parent->members, name, &Node::name);
+        if (node == parent->members.end()) {
+            return {{}, unknownNameError(name, std::string(text.substr(0, at)), *parent, start)};
+        }
+        path.value.push_back(allOf(*node));
+        at = end;
+        if (text.substr(end).starts_with('[')) {
+            at = std::min(text.find(']', end), text.size() - 1) + 1;
+            path.error = parseBrackets(std::string(text.substr(end, at - end)), path.value.back(),
+                                       std::string(text.substr(0, end)));
+        }
+        if (path.error.empty() && at < text.size() && text[at] != '.') {
+            path.error = "no such field";
+        }
+        ++at; // after the dot
+        parent = &*node;
+    }
     return path;
 }
 
-std::string textOf(const Path &path, const std::string &bare) {
+std::vector<Path> parsePaths(const Strings &texts, Kind kind) {
+    if (texts.empty()) {
+        return {Path()};
+    }
+    return parseAll(texts, [kind](const std::string &text) {
+        Result<Path> path = parsePath(text);
+        if (path.error.empty() && expandPaths({path.value}, kind, Expansion::members).empty()) {
+            path.error = kind == Kind::writable ? "contains no writable field"
+                                                : "contains neither a number nor text";
+        }
+        return path;
+    });
+}
+
+std::string formatPath(const Path &path, const std::string &bare) {
     std::string text;
     for (const Step &step : path) {
         text += (text.empty() ? "" : ".") + std::string(step.node->name);
-        if (step.index == Step::none && step.node->count != 0 && !bare.empty()) {
+        if (step.isBareArray() && !bare.empty()) {
             text += bare;
         } else if (step.node->count != 0) {
             text += '[' + std::to_string(step.first) +
@@ -71,66 +124,57 @@ std::string textOf(const Path &path, const std::string &bare) {
     return text;
 }
 
-std::vector<Path> membersBelow(const Path &path, Kind kind) {
-    const Node &node = path.empty() ? tree() : *path.back().node;
-    if (node.isField()) {
-        return node.is(kind) ? std::vector<Path>{path} : std::vector<Path>();
+std::vector<uint32_t> Field::indices() const {
+    std::vector<uint32_t> indices;
+    for (const Step &step : steps) {
+        if (step.node->count != 0) {
+            indices.push_back(step.first);
+        }
     }
-    std::vector<Path> below;
-    for (const Node &member : node.members) {
-        Path longer = path;
-        longer.push_back(allOf(member));
-        std::ranges::move(membersBelow(longer, kind), std::back_inserter(below));
-    }
-    return below;
+    return indices;
 }
 
-// Adds the fields that the steps of a path lead to from an element of a node; without steps, all.
-static void addFields(const Node &node, std::span<const Step> steps, const Field &element,
-                      std::vector<Field> &fields) {
-    if (steps.empty()) {
+// Adds the fields that are reached from `done`, a path to one element, by the remaining steps, or
+// all below it without any. `node` is the last one of `done`.
+static void expand(Path &done, const Node &node, std::span<const Step> rest, Expansion expansion,
+                   std::vector<Path> &fields) {
+    if (node.isField()) {
+        fields.push_back(done);
+        return;
+    }
+    if (rest.empty()) {
         for (const Node &member : node.members) {
             const Step all = allOf(member);
-            addFields(node, {&all, 1}, element, fields);
+            expand(done, node, {&all, 1}, expansion, fields);
         }
         return;
     }
-    const Node &member = *steps[0].node;
-    for (uint32_t i = steps[0].first; i <= steps[0].last; ++i) {
-        Field field{element.path, &member, element.indices, 0};
-        field.path += (element.path.empty() ? "" : ".") + std::string(member.name);
-        if (member.count != 0) {
-            field.path += '[' + std::to_string(i) + ']';
-            field.indices.push_back(i);
-        }
-        if (member.isField()) {
-            field.offset = member.offsetAt(field.indices);
-            fields.push_back(field);
-        } else {
-            addFields(member, steps.subspan(1), field, fields);
-        }
+    const Step &step = rest[0];
+    const bool isSplit = step.node->count != 0 && expansion == Expansion::elements;
+    for (uint32_t i = step.first; i <= (isSplit ? step.last : step.first); ++i) {
+        done.push_back(isSplit ? Step{step.node, Step::one, i, i} : step);
+        expand(done, *step.node, rest.subspan(1), expansion, fields);
+        done.pop_back();
     }
 }
 
-std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind) {
-    std::vector<Field> fields;
+std::vector<Field> expandPaths(const std::vector<Path> &paths, Kind kind, Expansion expansion) {
+    std::vector<Path> expanded;
     for (const Path &path : paths) {
-        addFields(tree(), path, {}, fields);
+        Path done;
+        expand(done, tree(), path, expansion, expanded);
     }
-    std::erase_if(fields, [&](const Field &field) { return !field.node->is(kind); });
+    std::vector<Field> fields;
+    for (Path &steps : expanded) {
+        const Node &node = *steps.back().node;
+        if (node.is(kind)) {
+            Field field{std::move(steps), "", 0};
+            field.path = formatPath(field.steps);
+            const std::vector<uint32_t> indices = field.indices();
+            field.offset = std::inner_product(node.strides.begin(), node.strides.end(),
+                                              indices.begin(), node.offset);
+            fields.push_back(std::move(field));
+        }
+    }
     return fields;
-}
-
-std::vector<Path> parsePaths(const std::vector<std::string> &words, Kind kind) {
-    if (words.empty()) {
-        return {Path()};
-    }
-    std::vector<Path> paths;
-    takeAll(words, [&](const std::string &word) {
-        paths.push_back(parsePath(word, word));
-        refuseIf(membersBelow(paths.back(), kind).empty(),
-                 word + (kind == Kind::number ? ": names no number"
-                                              : ": names nothing that may be written"));
-    });
-    return paths;
 }

@@ -1,14 +1,13 @@
-// Paths as people write them, upm.policies[0..3].state, and the fields that they name.
+// Paths as people write them, upm.policies[0..3].state, and the fields that they select.
 #pragma once
 
+#include "orbelstatctl/messages.h"
 #include "orbelstatctl/tree.h"
 
-#include <string>
-
-// One step of a path: a node, and of an array which elements.
+// One step of a path: a node and, if it is an array, the selected elements.
 struct Step {
     enum Index {
-        none,  // no brackets: all elements, or what is no array
+        none,  // no brackets: all elements, or not an array
         one,   // [3]
         range, // [0..3] or [*]
     };
@@ -16,37 +15,49 @@ struct Step {
     Index index;
     uint32_t first;
     uint32_t last;
-};
-inline Step allOf(const Node &node) {
-    return {&node, Step::none, 0, node.lastIndex()};
-}
 
-// From a root downwards. An empty path names everything.
+    // Whether it selects several elements without naming them.
+    [[nodiscard]] bool isBareArray() const {
+        return node->count != 0 && index == none;
+    }
+};
+
+// The steps from a root downwards. An empty path selects everything.
 using Path = std::vector<Step>;
 
-// Understands a path below a node. Throws Stop if it names nothing; then the message begins with
-// `shown`, what was typed.
-Path parsePath(const std::string &text, const std::string &shown, const Node &start = tree());
+// Returns the step that selects all of a node.
+Step allOf(const Node &node);
 
-// The path with the elements of each array: [3] or [0..3]; or, where no brackets name all, `bare`.
-std::string textOf(const Path &path, const std::string &bare = "");
+// Parses a path below `start`. The error does not contain the path itself.
+Result<Path> parsePath(std::string_view text, const Node &start = tree());
 
-// The paths of all members of a kind, fields or arrays of fields, that lie below the path, in the
-// order of the reports.
-std::vector<Path> membersBelow(const Path &path, Kind kind = Kind::any);
+// Parses paths; without any, returns the path that selects everything. Throws a usage error with a
+// message for each one that is invalid or selects no field of the kind.
+std::vector<Path> parsePaths(const Strings &texts, Kind kind);
 
-// One field: no array, or one element of an array of fields.
+// Formats a path, with [3] or [0..3] after each array. `bare` replaces the range where the path has
+// no brackets.
+std::string formatPath(const Path &path, const std::string &bare = "");
+
+// A field or, with ranges in its steps, the elements of one member.
 struct Field {
-    std::string path;
-    const Node *node;
-    std::vector<uint32_t> indices; // of each array on the way
-    size_t offset;                 // in its section
+    Path steps;
+    std::string path; // formatted
+    size_t offset;    // of the (first) element in its section, in bytes
+
+    [[nodiscard]] const Node &node() const {
+        return *steps.back().node;
+    }
+    // Returns the index of each array in the path.
+    [[nodiscard]] std::vector<uint32_t> indices() const;
 };
 
-// The fields of a kind that the paths name: path after path, those of one in the order of the
-// reports.
-std::vector<Field> fieldsOf(const std::vector<Path> &paths, Kind kind = Kind::any);
+enum class Expansion {
+    members,  // one Field per member, with the ranges of its arrays
+    elements, // one Field per element
+};
 
-// The paths that were typed; the one of everything if there are none. Complains of every one that
-// is wrong or names no field of the kind, and throws Stop.
-std::vector<Path> parsePaths(const std::vector<std::string> &words, Kind kind);
+// Returns the fields of a kind that the paths select: path by path, and below one path in report
+// order.
+std::vector<Field> expandPaths(const std::vector<Path> &paths, Kind kind = Kind::any,
+                               Expansion expansion = Expansion::elements);

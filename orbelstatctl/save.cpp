@@ -1,93 +1,145 @@
 #include "orbelstatctl/commands.h"
+#include "orbelstatctl/signals.h"
 #include "upm/upm_block.h"
 
 #include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <iomanip>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
-// Has a file, or the names in a directory, on its medium. Returns whether that succeeded.
-static bool sync(const std::string &path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool isDone = descriptor >= 0 && fsync(descriptor) == 0;
-    close(descriptor);
-    return isDone;
-}
+struct File {
+    std::string name;
+    std::string bytes;
+};
 
-static void writeFile(const std::string &path, std::string_view text) {
-    std::ofstream file(path, std::ios::binary);
-    file << text << std::flush;
-    if (!file || !sync(path)) {
-        throw Stop{failed, path + ": " + strerror(errno)};
-    }
-}
-
-// KEY=VALUE lines: what was captured where and when.
-static std::string aboutText(Source &source) {
-    std::ostringstream text;
-    const time_t now = std::time(nullptr);
+// Returns the text of the file "about": KEY=VALUE lines with what was captured where and when.
+static std::string captureInfo(Source &source) {
+    char date[32];
+    const time_t now = time(nullptr);
+    tm utc{};
+    strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%SZ", gmtime_r(&now, &utc));
     utsname system{};
     uname(&system);
-    text << "capture=1\norbelstatctl=" << ORBELSTATCTL_VERSION
-         << "\ntime=" << std::put_time(std::gmtime(&now), "%FT%TZ")
-         << "\nhost=" << escaped(system.nodename) << "\nkernel=" << system.sysname << ' '
-         << system.release << ' ' << system.machine << '\n';
+    std::string text = std::string("capture=1\norbelstatctl=" ORBELSTATCTL_VERSION "\ntime=") +
+                       date + "\nhost=" + escaped(system.nodename) + "\nkernel=" + system.sysname +
+                       ' ' + system.release + ' ' + system.machine + '\n';
     for (const Section section : allSections) {
         const std::string error = source.errorOf(section);
-        text << "section-" << section.id << '='
-             << (error.empty() ? std::to_string(section.size) : error) << '\n';
+        text += "section-" + std::to_string(section.id) + '=' +
+                (error.empty() ? std::to_string(section.size) : error) + '\n';
     }
-    return text.str();
+    return text;
 }
 
-// Fills an empty directory that has a name of its own, and gives it its right name and mode.
-static void fill(const std::string &path, const std::string &name, Source &source) {
-    std::string policyNames;
-    for (uint32_t policy = 0; policy < policyCount; ++policy) {
-        policyNames += escaped(source.policyName(policy)) + '\n';
-    }
+// Reads everything that a capture holds. A section that cannot be read has no file.
+static std::vector<File> readFiles(Source &source) {
+    std::vector<File> files;
     for (const Section section : allSections) {
-        if (const uint8_t *bytes = source.bytesOf(section)) {
-            writeFile(path + "/section-" + std::to_string(section.id),
-                      {reinterpret_cast<const char *>(bytes), static_cast<size_t>(section.size)});
+        if (const uint8_t *bytes = source.sectionBytes(section)) {
+            files.push_back(
+                {"section-" + std::to_string(section.id),
+                 {reinterpret_cast<const char *>(bytes), static_cast<size_t>(section.size)}});
         }
     }
-    writeFile(path + "/policy-names", policyNames);
-    writeFile(path + "/about", aboutText(source));
-    const mode_t mask = umask(0);
-    umask(mask);
-    if (!sync(path) || chmod(path.c_str(), 0777 & ~mask) != 0 ||
-        rename(path.c_str(), name.c_str()) != 0) {
-        throw Stop{failed, name + ": " + strerror(errno)};
+    File names{"policy-names", ""};
+    for (uint32_t policy = 0; policy < policyCount; ++policy) {
+        names.bytes += escaped(source.policyName(policy).value_or("")) + '\n';
     }
-    sync(name + "/..");
+    files.push_back(names);
+    files.push_back({"about", captureInfo(source)});
+    return files;
 }
 
-int saveCapture(const std::string &directory) {
-    const std::string name = directory.substr(0, directory.find_last_not_of('/') + 1);
-    refuseIf(name.empty(), directory + ": no name for a new directory");
-    if (std::filesystem::exists(name) &&
-        !(std::filesystem::is_directory(name) && std::filesystem::is_empty(name))) {
-        throw Stop{failed, directory + ": exists and is no empty directory"};
+// Writes a new file to a directory and flushes it to disk. Nobody may write to it later: a capture
+// is evidence. Returns 0 or an errno value.
+static int writeFile(int directory, const File &file) {
+    const int descriptor = openat(directory, file.name.c_str(),
+                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0444);
+    if (descriptor < 0) {
+        return errno;
     }
-    std::string path = name + ".XXXXXX";
-    if (mkdtemp(path.data()) == nullptr) {
-        throw Stop{failed, directory + ": " + strerror(errno)};
+    int error = 0;
+    for (std::string_view rest = file.bytes; error == 0 && !rest.empty();) {
+        const ssize_t count = write(descriptor, rest.data(), rest.size());
+        error = count < 0 && errno != EINTR ? errno : 0;
+        rest.remove_prefix(static_cast<size_t>(std::max<ssize_t>(count, 0)));
     }
-    Source source;
-    try {
-        fill(path, name, source);
-    } catch (...) {
-        std::filesystem::remove_all(path);
-        throw;
-    }
-    return source.hasFailed() ? failed : succeeded;
+    error = error == 0 && fsync(descriptor) != 0 ? errno : error;
+    return close(descriptor) != 0 && error == 0 ? errno : error;
 }
+
+// Gives the complete directory the mode that a new one would have, keeping a set-group-ID bit, and
+// its name. Returns 0 or an errno value.
+static int finishDirectory(int directory, const std::string &temporary, const std::string &name) {
+    const mode_t mask = umask(0);
+    umask(mask);
+    struct stat status {};
+    if (fstat(directory, &status) != 0 ||
+        fchmod(directory, (status.st_mode & S_ISGID) | (0777 & ~mask)) != 0 ||
+        fsync(directory) != 0 || rename(temporary.c_str(), name.c_str()) != 0) {
+        return errno;
+    }
+    const int parent = open((name + "/..").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (parent >= 0) {
+        fsync(parent);
+        close(parent);
+    }
+    return 0;
+}
+
+// Creates the capture `name`: complete, or not at all. Throws a failure.
+static void createCapture(const std::string &name, const std::vector<File> &files) {
+    std::string temporary = name + ".XXXXXX";
+    if (mkdtemp(temporary.data()) == nullptr) {
+        fail(name + ": " + strerror(errno));
+    }
+    // Files are created relative to this descriptor, so that no other user who may write to the
+    // parent directory can redirect them.
+    const int directory = open(temporary.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    int error = directory < 0 ? errno : 0;
+    std::string path = name;
+    for (auto file = files.begin(); error == 0 && file != files.end(); ++file) {
+        error = writeFile(directory, *file);
+        path = error == 0 ? name : name + '/' + file->name;
+    }
+    error = error == 0 ? finishDirectory(directory, temporary, name) : error;
+    if (error != 0) {
+        for (const File &file : files) {
+            unlinkat(directory, file.name.c_str(), 0);
+        }
+        rmdir(temporary.c_str());
+    }
+    close(directory);
+    if (error != 0) {
+        const bool isInUse = error == ENOTEMPTY || error == EEXIST;
+        fail(path + ": " + (isInUse ? "already exists and is not empty" : strerror(error)));
+    }
+}
+
+static ExitStatus runSave(const Arguments &arguments) {
+    const std::string &text = arguments.operands[0];
+    rejectIf(text.empty(), "DIRECTORY is empty");
+    Source source;
+    const std::vector<File> files = readFiles(source);
+    // A signal in between would leave the temporary directory behind.
+    sigset_t signals = interrupts();
+    sigaddset(&signals, SIGHUP);
+    const BlockedSignals blocked(signals);
+    createCapture(text.substr(0, std::max<size_t>(text.find_last_not_of('/') + 1, 1)), files);
+    return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
+}
+
+static constexpr char help[] = R"(Usage: orbelstatctl save DIRECTORY
+
+Save all sections and the policies' names as a capture in a new directory. The
+files are read-only: a capture is evidence.
+
+Examples:
+  orbelstatctl save monday
+  orbelstatctl save report && tar cz report >report.tar.gz
+)";
+
+const Command saveCommand = {
+    "save", "Save a capture of all sections", runSave, "", help, "DIRECTORY", 1, true};

@@ -1,146 +1,94 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/values.h"
-#include "output/standard_streams.h"
+#include "orbelstatctl/write_fields.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
-namespace {
-
-// A field and the bytes that it is to hold.
-struct Assignment {
-    Field field;
-    std::string bytes;
-    bool isWritten = false;
-    bool isLeftAlone = false;
-    int error = 0; // of the library, which has refused to write it
-
-    // Of the bytes of the field's section.
-    [[nodiscard]] bool isHeld(const uint8_t *section) const {
-        return memcmp(section + field.offset, bytes.data(), bytes.size()) == 0;
-    }
-    [[nodiscard]] std::string valueIn(const uint8_t *section) const {
-        return valueOf(*field.node->row, section + field.offset);
-    }
-};
-
-// The lines of standard input. The last one must be whole: what a producer that died has printed of
-// a value is another value.
-Words readLines() {
-    Words lines(1);
-    for (int character = getchar(); character != EOF; character = getchar()) {
-        character == '\n' ? lines.emplace_back() : lines.back() += static_cast<char>(character);
-    }
-    if (ferror(stdin) != 0) {
-        throw Stop{failed, std::string("standard input: ") + strerror(errno)};
-    }
-    refuseIf(!lines.back().empty(), "standard input: the last line has no line end");
-    lines.pop_back();
-    refuseIf(lines.empty(), "standard input: nothing to set");
-    return lines;
-}
-
-// Adds what PATH=VALUE assigns, unless it is there. Throws Stop if that is wrong; then the message
-// begins with `shown`.
-void addAssignments(std::vector<Assignment> &all, const std::string &text,
-                    const std::string &shown) {
-    const size_t end = std::min(text.find('='), text.size());
-    refuseIf(end == text.size() || text.ends_with('\r') || text.find('\0') != std::string::npos,
-             shown + ": not PATH=VALUE");
-    const Path path = parsePath(text.substr(0, end), shown);
+// Returns why a path cannot be assigned to; "" if it can.
+static std::string targetError(const Path &path) {
     const Node &node = *path.back().node;
-    refuseIf(!node.isField(), shown + ": names a group; write one of its fields");
-    refuseIf(!node.isWritable(), shown + ": may not be written");
-    const std::vector<Field> fields = fieldsOf({path});
-    const bool isBare = std::ranges::any_of(
-        path, [](const Step &step) { return step.node->count != 0 && step.index == Step::none; });
-    refuseIf(isBare, shown + ": names " + std::to_string(fields.size()) + " fields; write " +
-                         textOf(path, "[*]"));
-    std::string bytes;
-    const std::string error = parseValue(*node.row, text.substr(end + 1), bytes);
-    refuseIf(!error.empty(), shown + ": " + error);
-    for (const Field &field : fields) {
-        const auto other = std::ranges::find_if(
-            all, [&](const Assignment &assignment) { return assignment.field.path == field.path; });
-        refuseIf(other != all.end() && other->bytes != bytes,
-                 shown + ": " + field.path + " is given two values");
-        if (other == all.end()) {
-            all.push_back({field, bytes});
-        }
+    if (!node.isField()) {
+        return "is a group; set one of its fields instead";
     }
+    if (!node.isWritable()) {
+        return "is read-only";
+    }
+    return std::ranges::none_of(path, &Step::isBareArray)
+               ? ""
+               : "matches " + std::to_string(expandPaths({path}).size()) + " fields; use " +
+                     formatPath(path, "[*]") + " to set them all";
 }
 
-// Writes, one field after the other, until the library refuses one.
-void writeAssignments(const std::vector<Assignment *> &changes) {
-    for (Assignment *change : changes) {
-        const Field &field = change->field;
-        change->error = field.node->write(field.offset, change->bytes.data(), change->bytes.size());
-        if (change->error != 0) {
-            return;
-        }
-        change->isWritten = true;
+// Parses PATH=VALUE into an assignment for each field that PATH selects. `all` has the bytes of
+// each field so far, by its path, and gets these.
+static Result<std::vector<Assignment>> parseAssignments(std::string_view text,
+                                                        std::map<std::string, std::string> &all) {
+    const size_t end = text.find('=');
+    if (end == std::string_view::npos || text.ends_with('\r') ||
+        text.find('\0') != std::string_view::npos) {
+        return {{}, "not PATH=VALUE"};
     }
-}
-
-// What is wrong with an assignment after all writes; "" if the bytes of its section, null if they
-// cannot be read, confirm it.
-std::string problemOf(const Assignment &assignment, const uint8_t *section) {
-    if (assignment.error == 0 && section != nullptr && assignment.isHeld(section)) {
-        return "";
+    const auto [path, pathError] = parsePath(text.substr(0, end));
+    const std::string error = pathError.empty() ? targetError(path) : pathError;
+    if (!error.empty()) {
+        return {{}, error};
     }
-    const std::string found =
-        section == nullptr ? "not verified" : "holds " + assignment.valueIn(section);
-    if (assignment.error != 0) {
-        return "cannot be written, " + libraryError(assignment.error) + "; " + found;
+    const auto [bytes, valueError] =
+        parseValue(*path.back().node->row, text.substr(end + 1), Bounds::check);
+    if (!valueError.empty()) {
+        return {{}, valueError};
     }
-    if (assignment.isWritten) {
-        return "written, but " + found;
-    }
-    return assignment.isLeftAlone && section == nullptr ? "not verified" : "not written";
-}
-
-} // namespace
-
-int setFields(const Words &words, bool isDryRun) {
-    const bool areLines = words == Words{"-"};
     std::vector<Assignment> assignments;
-    size_t number = 0;
-    takeAll(areLines ? readLines() : words, [&](const std::string &text) {
-        const std::string line = areLines ? "line " + std::to_string(++number) + ": " : "";
-        addAssignments(assignments, text, line + text);
-    });
-    Source source;
-    std::vector<Assignment *> changes;
-    for (Assignment &assignment : assignments) {
-        const uint8_t *section = source.bytesOf(assignment.field.node->section);
-        if (section == nullptr) {
-            return failed;
+    for (const Field &field : expandPaths({path})) {
+        const auto [known, isNew] = all.emplace(field.path, bytes);
+        if (known->second != bytes) {
+            return {{}, field.path + " is assigned two different values"};
         }
-        assignment.isLeftAlone = assignment.isHeld(section);
-        if (!assignment.isLeftAlone) {
-            changes.push_back(&assignment);
-            const std::string before = assignment.valueIn(section);
-            const auto *after = reinterpret_cast<const uint8_t *>(assignment.bytes.data());
-            print(assignment.field.path + ": " + before + " -> " +
-                  valueOf(*assignment.field.node->row, after) + '\n');
-        }
+        assignments.insert(assignments.end(), isNew ? 1 : 0, {field, bytes});
     }
-    // From here on nothing is allocated until all is written: no write goes unverified.
-    flushStandardOutput();
-    if (isDryRun || ferror(stdout) != 0) {
-        return ferror(stdout) != 0 ? failed : succeeded;
-    }
-    writeAssignments(changes);
-    source.refresh();
-    bool areHeld = true;
-    for (const Assignment &assignment : assignments) {
-        const uint8_t *section = source.bytesOf(assignment.field.node->section);
-        if (const std::string problem = problemOf(assignment, section); !problem.empty()) {
-            complain(assignment.field.path + ": " + problem);
-            areHeld = false;
-        }
-    }
-    return areHeld ? succeeded : failed;
+    return {assignments, ""};
 }
+
+static std::vector<Assignment> readAssignments(const Strings &arguments) {
+    std::vector<InputLine> lines;
+    if (arguments == Strings{"-"}) {
+        lines = readLines(stdin, "standard input");
+        rejectIf(lines.empty(), "standard input: nothing to set");
+        // If the writer died in mid-line, "=65" may be all that is left of "=650".
+        rejectIf(!lines.back().isComplete,
+                 "standard input: the last line does not end in a newline (truncated input?)");
+    } else {
+        std::ranges::transform(arguments, std::back_inserter(lines), [](const std::string &text) {
+            return InputLine{0, text, true};
+        });
+    }
+    std::map<std::string, std::string> all;
+    std::vector<Assignment> assignments;
+    for (const std::vector<Assignment> &some :
+         parseAll(lines, [&](const InputLine &line) { return parseAssignments(line.text, all); })) {
+        assignments.insert(assignments.end(), some.begin(), some.end());
+    }
+    return assignments;
+}
+
+static ExitStatus runSet(const Arguments &arguments) {
+    Source source;
+    return writeFields(readAssignments(arguments.operands), source, arguments.has("--dry-run"));
+}
+
+static constexpr char help[] = R"(Usage: orbelstatctl set [--dry-run] PATH=VALUE ... | -
+
+Validate all assignments, print PATH: OLD -> NEW for each field that changes,
+write these fields and read all of them back. To set several elements of an
+array, give a range or [*]. "-" reads assignments from standard input, one per
+line; blank lines and comments (#) are ignored.
+
+  --dry-run  Validate and print, but write nothing
+
+Examples:
+  orbelstatctl set 'upm.policies[3].policyPowerLimit=650' >changes
+  orbelstatctl set --dry-run 'upm.policies[*].state=0'
+)";
+
+const Command setCommand = {"set",    "Validate all assignments, then write them",
+                            runSet,   "--dry-run",
+                            help,     "PATH=VALUE",
+                            SIZE_MAX, true};

@@ -1,4 +1,4 @@
-// Where values come from: the live shared memory, or a capture that `save` made of it.
+// Where values come from: the live shared memory, or a capture that `save` made.
 #pragma once
 
 #include "orbelstatctl/paths.h"
@@ -6,32 +6,36 @@
 #include <map>
 #include <optional>
 
-// "error -2 of the library (No such file or directory)".
+// Returns "library error -13 (as errno: Permission denied)", with the text only for a negated errno
+// value: what a number means is up to the platform's library.
 std::string libraryError(int error);
+
+enum class ReadErrors { print, keep };
 
 class Source {
   public:
-    // A capture's directory; "" for the live memory.
-    explicit Source(std::string capture = "") : directory(std::move(capture)) {}
+    // The live memory or, if `directory` is not empty, the capture in that directory. Throws a
+    // failure if that is not a capture of a known format. With `keep`, errors of reads are not
+    // printed.
+    explicit Source(std::string directory = "", ReadErrors errors = ReadErrors::print);
 
-    // The bytes of a section, read whole when first wanted; null, with a complaint, if that fails.
-    const uint8_t *bytesOf(Section section);
-    // Why they could not be read; "" if they could.
+    // Returns the bytes of a section, which is read on first use; null if that fails.
+    const uint8_t *sectionBytes(Section section);
+    // Returns why the section could not be read; "" if it could.
     std::string errorOf(Section section) {
         return copies[section.id].error;
     }
-    // Has the sections read anew, into the same memory.
-    void refresh();
+    // Makes the next access to each section read it again, into the same buffer.
+    void invalidate();
 
-    // The platform's name of policy 0..15, not escaped; "" if a capture has none.
-    std::string policyName(uint32_t policy);
-    // Whether there are names: not in captures of older versions. Complains once if there are none.
-    bool hasPolicyNames();
+    // Returns the platform's name for policy 0..15, not escaped; nothing if it cannot be read or,
+    // with a message, for a capture of version 0.2, which has no names.
+    std::optional<std::string> policyName(uint32_t policy);
 
-    // The value of a field as `get` prints it; nothing if it cannot be read.
-    std::optional<std::string> valueOf(const Field &field);
+    // Returns the value of a field as `get` prints it; nothing if it cannot be read.
+    std::optional<std::string> readValue(const Field &field);
 
-    // Whether anything could not be read so far.
+    // Whether any read has failed so far.
     [[nodiscard]] bool hasFailed() const {
         return failed;
     }
@@ -42,10 +46,14 @@ class Source {
         std::string error;
         bool isRead = false;
     };
-    std::string readError(Section section, std::vector<uint8_t> &bytes) const;
+    [[nodiscard]] std::string loadSection(Section section, std::vector<uint8_t> &bytes) const;
+    void loadPolicyNames();
+    void report(const std::string &message) const;
 
     std::string directory;
-    std::map<int32_t, Copy> copies;                // by the sections' numbers
-    std::optional<std::vector<std::string>> names; // of a capture; empty if there are none
+    ReadErrors errors;
+    std::map<int32_t, Copy> copies; // by section number
+    Strings names;                  // of the policies in a capture
+    bool areNamesLoaded = false;
     bool failed = false;
 };

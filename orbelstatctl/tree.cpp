@@ -5,31 +5,28 @@
 #include "sections/psu_info.h"
 #include "upm/upm_block.h"
 
-#include <algorithm>
-#include <numeric>
-
 static int writeUpm(size_t offset, const void *bytes, size_t length) {
     return writeUpmBlock(offset - upmBlockOffset, bytes, length);
 }
 
-// Records of a root.
+// An array of records, or one, below a root.
 struct Table {
-    std::string_view group; // below the root; "" if the members stand right there
-    size_t offset;          // of the first record within the section
-    size_t stride;          // to the record of the root's next element
+    std::string_view group; // the path below the root; "" if the members are the root's own
+    size_t offset;          // of the first record in the section, in bytes
+    size_t stride;          // bytes to the record of the root's next element
     std::span<const Row> rows;
 };
 
-// What the paths of a section, or of a part of one, begin with.
+// The first component of paths: a section or a part of one.
 struct Root {
     std::string_view name;
-    uint32_t count; // of elements; 0 if it is no array
+    uint32_t count; // number of elements; 0 if it is not an array
     Section section;
     std::span<const Table> tables;
-    Node::Write *write; // how its fields are written; null if none may be
+    Node::Write *write; // writes the root's fields; null if none may be written
 };
 
-// One table a line.
+// One table per line.
 // clang-format off
 static constexpr Table globalTables[] = {{"", 0, 0, globalSectionRows}};
 static constexpr Table psuTables[] = {
@@ -52,8 +49,8 @@ static_assert(std::ranges::all_of(roots, [](const Root &root) {
     return std::ranges::count(allSections, root.section.id, &Section::id) == 1;
 }));
 
-// The node that a path leads to, made as needed.
-static Node &nodeAt(Node &start, std::string_view path) {
+// Returns the node at `path` below `start`. Creates the missing ones.
+static Node &findOrAddNode(Node &start, std::string_view path) {
     const size_t end = std::min(path.find('.'), path.size());
     const std::string_view name = path.substr(0, end);
     auto member = std::ranges::find(start.members, name, &Node::name);
@@ -61,20 +58,20 @@ static Node &nodeAt(Node &start, std::string_view path) {
         start.members.push_back({name, start.section, start.write});
         member = start.members.end() - 1;
     }
-    return end < path.size() ? nodeAt(*member, path.substr(end + 1)) : *member;
+    return end < path.size() ? findOrAddNode(*member, path.substr(end + 1)) : *member;
 }
 
-// Adds the members that rows show, below a node. The first of their records begins at an offset of
-// the section; the strides are those of the arrays on the way.
+// Adds the members that rows show below a node. `offset` is that of the first record in the
+// section; `strides` are those of the arrays that enclose the record.
 static void addRows(Node &node, std::span<const Row> rows, size_t offset,
                     const std::vector<size_t> &strides) {
     for (const Row &row : rows) {
         if (row.path.empty() || row.path.ends_with(']')) {
-            continue; // no member, or one element of an array that has a row of its own
+            continue; // not a member, or a single element of an array that has its own row
         }
-        Node &member = nodeAt(node, row.path);
+        Node &member = findOrAddNode(node, row.path);
         if (member.row != nullptr) {
-            continue; // a second row of the member
+            continue; // a second row of the same member
         }
         std::vector<size_t> all = strides;
         all.insert(all.end(), row.isArray() ? 1 : 0, row.size);
@@ -90,26 +87,23 @@ static void addRows(Node &node, std::span<const Row> rows, size_t offset,
 }
 
 static Node makeTree() {
-    Node all;
-    for (const Root &root : roots) {
-        all.members.push_back({root.name, root.section, root.write, root.count});
-        Node &node = all.members.back();
-        for (const Table &table : root.tables) {
-            Node &group = table.group.empty() ? node : nodeAt(node, table.group);
+    Node root;
+    for (const Root &part : roots) {
+        root.members.push_back({part.name, part.section, part.write, part.count});
+        Node &node = root.members.back();
+        for (const Table &table : part.tables) {
+            Node &group = table.group.empty() ? node : findOrAddNode(node, table.group);
             addRows(group, table.rows, table.offset,
-                    std::vector<size_t>(root.count != 0 ? 1 : 0, table.stride));
+                    std::vector<size_t>(part.count != 0 ? 1 : 0, table.stride));
         }
     }
-    Node &policies = nodeAt(all, "upm.policies");
-    policies.members.insert(policies.members.begin(), {"name", policies.section});
-    return all;
-}
-
-size_t Node::offsetAt(const std::vector<uint32_t> &indices) const {
-    return std::inner_product(strides.begin(), strides.end(), indices.begin(), offset);
+    Node &policies = findOrAddNode(root, "upm.policies");
+    Node &name = *policies.members.insert(policies.members.begin(), {"name", policies.section});
+    name.isPolicyName = true;
+    return root;
 }
 
 const Node &tree() {
-    static const Node all = makeTree();
-    return all;
+    static const Node root = makeTree();
+    return root;
 }

@@ -1,4 +1,4 @@
-// The tree of names: sections, records and fields as the records' tables have them.
+// The tree of names: sections, records and fields, built from the records' tables.
 #pragma once
 
 #include "rows/row.h"
@@ -6,35 +6,44 @@
 
 #include <vector>
 
-// Which fields a command takes.
-enum class Kind { any, number, writable };
+// The fields that a command accepts.
+enum class Kind {
+    any,
+    writable,
+    metric, // numbers and text: what metrics can express
+};
 
 // A root, a group of fields, an array of groups, a field or an array of fields.
 struct Node {
-    // Writes bytes at an offset of the section; returns 0 or the library's error code.
+    // Writes bytes at an offset of the section. Returns 0 or the library's error code.
     using Write = int(size_t offset, const void *bytes, size_t length);
 
     std::string_view name;
     Section section{};
-    Write *write = nullptr;         // null where nothing may be written
-    uint32_t count = 0;             // of elements; 0 if it is no array
-    std::vector<Node> members = {}; // in the order of the report; none if it is a field
-    const Row *row = nullptr;       // of a field; null of a group and of the name of a policy
-    size_t offset = 0;              // of a field in its section, where all indices are 0
-    std::vector<size_t> strides =
-        {}; // bytes from one element to the next, of each array on the way
+    Write *write = nullptr;           // null if no field below may be written
+    uint32_t count = 0;               // number of elements; 0 if it is not an array
+    std::vector<Node> members = {};   // in report order; empty for a field
+    const Row *row = nullptr;         // the field's row; null for a group and for a policy's name
+    size_t offset = 0;                // of a field in its section, in bytes, if all indices are 0
+    std::vector<size_t> strides = {}; // for each array in a field's path, bytes between elements
+    bool isPolicyName = false;        // text that comes from the platform's library
 
-    // Of a field in its section, with an index for each array on the way.
-    [[nodiscard]] size_t offsetAt(const std::vector<uint32_t> &indices) const;
     [[nodiscard]] uint32_t lastIndex() const {
         return std::max(count, 1U) - 1;
     }
     [[nodiscard]] bool isField() const {
         return members.empty();
     }
-    // The name that the platform gives to a policy: a text that lies in no section.
-    [[nodiscard]] bool isPolicyName() const {
-        return isField() && row == nullptr;
+    // Whether it is an array of groups.
+    [[nodiscard]] bool isRecordArray() const {
+        return count != 0 && !isField();
+    }
+    [[nodiscard]] bool isText() const {
+        return isPolicyName || (row != nullptr && row->type == Type::text);
+    }
+    // Whether it holds opaque bytes.
+    [[nodiscard]] bool isBytes() const {
+        return row != nullptr && row->type == Type::bytes;
     }
     [[nodiscard]] bool isNumber() const {
         return row != nullptr && !isByteString(row->type);
@@ -43,9 +52,9 @@ struct Node {
         return row != nullptr && row->bound && write != nullptr;
     }
     [[nodiscard]] bool is(Kind kind) const {
-        return kind == Kind::any || (kind == Kind::number ? isNumber() : isWritable());
+        return kind == Kind::any || (kind == Kind::metric ? !isBytes() : isWritable());
     }
 };
 
-// All roots, as the members of a node without a name.
+// Returns a node without a name, whose members are the roots: global, psu, reporting, upm, config.
 const Node &tree();

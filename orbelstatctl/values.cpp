@@ -1,84 +1,54 @@
 #include "orbelstatctl/values.h"
 
-#include "orbelstatctl/messages.h"
-#include "rows/print_rows.h"
-
-#include <cctype>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 
-std::string typeNameOf(const Node &field) {
-    if (field.isPolicyName()) {
+std::string formatType(const Node &field) {
+    if (field.isPolicyName) {
         return "text";
     }
-    switch (field.row->type) {
-    case Type::u8:
-        return "u8";
-    case Type::u16:
-    case Type::domain:
-        return "u16";
-    case Type::u32:
-        return "u32";
-    case Type::u64:
-        return "u64";
-    case Type::i16:
-        return "i16";
-    case Type::i32:
-        return "i32";
-    case Type::f32:
-        return "float";
-    case Type::f64:
-        return "double";
-    case Type::time:
-        return "time32";
-    case Type::text:
-        return "char[" + std::to_string(field.row->size) + ']';
-    case Type::bytes:
-        return "byte[" + std::to_string(field.row->size) + ']';
-    case Type::none:
-    case Type::record:
-        break;
-    }
-    return ""; // no field's type
+    const std::string name(typeInfo(field.row->type).name);
+    return isByteString(field.row->type) ? name + '[' + std::to_string(field.row->size) + ']'
+                                         : name;
 }
 
-static bool isReal(const Row &row) {
+bool isFloat(const Row &row) {
     return row.type == Type::f32 || row.type == Type::f64;
 }
 
-// The largest whole number that a field may be set to.
-static uint32_t largestOf(const Row &row) {
+// Returns the largest integer that `set` accepts.
+static uint32_t maxOf(const Row &row) {
     return std::min(*row.bound, typeInfo(row.type).max);
 }
 
-std::string boundsOf(const Row &row) {
-    const std::string max = std::to_string(isReal(row) ? *row.bound : largestOf(row));
-    return (isReal(row) ? '-' + max : "0") + ".." + max;
+std::string formatBounds(const Row &row) {
+    const std::string max = std::to_string(isFloat(row) ? *row.bound : maxOf(row));
+    return (isFloat(row) ? '-' + max : "0") + ".." + max;
 }
 
-template <typename Number> static std::string textIn(std::chars_format format, Number number) {
-    char text[32];
-    return {text, std::to_chars(text, std::end(text), number, format).ptr};
-}
-
-std::string textAt(const Row &row, const uint8_t *at) {
+std::string toText(const Row &row, const uint8_t *at) {
     const auto *text = reinterpret_cast<const char *>(at);
     return {text, strnlen(text, row.size)};
 }
 
-// Of a float by way of its shortest text.
-static std::string realText(const Row &row, const uint8_t *at) {
-    const double number = row.type == Type::f64
-                              ? load<double>(at)
-                              : std::stod(textIn(std::chars_format::scientific, load<float>(at)));
+std::string formatFloat(double number) {
+    if (std::isnan(number)) {
+        return std::signbit(number) ? "-nan" : "nan"; // C++ libraries differ
+    }
     const double magnitude = std::fabs(number);
     const bool isPlain = number == 0 || (magnitude >= 1e-5 && magnitude < 1e16);
-    return textIn(isPlain ? std::chars_format::fixed : std::chars_format::scientific, number);
+    char text[32];
+    const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
+    return {text, std::to_chars(text, std::end(text), number, format).ptr};
 }
 
-std::string valueOf(const Row &row, const uint8_t *at) {
+// Returns the number with the fewest digits that read back to a float: 0.1 for 0.1F.
+static double toDouble(float number) {
+    char text[32];
+    return parseFloat({text, std::to_chars(text, std::end(text), number).ptr}).value;
+}
+
+std::string formatValue(const Row &row, const uint8_t *at) {
     std::string digits;
     uint64_t number = 0;
     switch (row.type) {
@@ -87,10 +57,11 @@ std::string valueOf(const Row &row, const uint8_t *at) {
     case Type::i32:
         return std::to_string(load<int32_t>(at));
     case Type::f32:
+        return formatFloat(toDouble(load<float>(at)));
     case Type::f64:
-        return realText(row, at);
+        return formatFloat(load<double>(at));
     case Type::text:
-        return escaped(textAt(row, at));
+        return escaped(toText(row, at));
     case Type::bytes:
         for (uint32_t i = 0; i < row.size; ++i) {
             digits += "0123456789abcdef"[at[i] / 16];
@@ -109,38 +80,44 @@ std::string valueOf(const Row &row, const uint8_t *at) {
     case Type::record:
         break;
     }
-    return ""; // shows no field
+    return ""; // not the type of a field
 }
 
-static std::string parseReal(const Row &row, const std::string &text, double &value) {
-    char *rest = nullptr;
-    errno = 0;
-    value = strtod(text.c_str(), &rest); // infinite if it is too large
-    if (text.empty() || isspace(static_cast<unsigned char>(text[0])) != 0 || *rest != '\0') {
-        return "not a number";
+Result<double> parseFloat(std::string_view text) {
+    double number = 0;
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (rest != end || error == std::errc::invalid_argument) {
+        return {0, "not a number"};
     }
-    if (value == 0 && errno == ERANGE) {
-        return "too small for a double";
-    }
-    return std::fabs(value) > *row.bound ? "not within " + boundsOf(row) : "";
+    return {number, error == std::errc() ? "" : "out of range for a double"};
 }
 
-static std::string parseWhole(const Row &row, const std::string &text, uint64_t &value) {
-    const bool isNegative = text.starts_with('-');
-    const std::string digits = text.substr(isNegative ? 1 : 0);
-    if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos) {
-        return "not a whole number";
-    }
-    value = strtoull(digits.c_str(), nullptr, 10); // the largest if it is too large
-    return value > largestOf(row) || (isNegative && value != 0) ? "not within " + boundsOf(row)
-                                                                : "";
+bool isInteger(std::string_view text) {
+    const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
+    return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-std::string parseValue(const Row &row, const std::string &text, std::string &bytes) {
-    double real = 0;
-    uint64_t whole = 0; // its low bytes are the field's, and they come first
-    std::string error = isReal(row) ? parseReal(row, text, real) : parseWhole(row, text, whole);
-    const void *value = isReal(row) ? static_cast<const void *>(&real) : &whole;
-    bytes.assign(static_cast<const char *>(value), row.size);
-    return error;
+static Result<std::string> parseInteger(const Row &row, std::string_view text, Bounds bounds) {
+    int64_t value = INT64_MAX; // stays if the text is out of range
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isSigned = row.type == Type::i16 || row.type == Type::i32;
+    const int64_t typeMax = typeInfo(row.type).max;
+    const int64_t max = bounds == Bounds::check ? maxOf(row) : typeMax;
+    const int64_t min = bounds == Bounds::ignore && isSigned ? -typeMax - 1 : 0;
+    // Little-endian: the field takes the low bytes, which come first.
+    return {{reinterpret_cast<const char *>(&value), row.size},
+            !isInteger(text)             ? "not an integer"
+            : value < min || value > max ? "not within " + formatBounds(row)
+                                         : ""};
+}
+
+Result<std::string> parseValue(const Row &row, std::string_view text, Bounds bounds) {
+    if (!isFloat(row)) {
+        return parseInteger(row, text, bounds);
+    }
+    const auto [number, error] = parseFloat(text);
+    const bool isOutside = bounds == Bounds::check && std::fabs(number) > *row.bound;
+    return {{reinterpret_cast<const char *>(&number), row.size},
+            error.empty() && isOutside ? "not within " + formatBounds(row) : error};
 }

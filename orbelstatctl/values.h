@@ -1,25 +1,40 @@
-// Values as text and back: what `get` prints and `set` takes.
+// Values as text and back: what `get` prints and `set` accepts.
 #pragma once
 
+#include "orbelstatctl/messages.h"
 #include "orbelstatctl/tree.h"
 
-#include <string>
+// Returns the type as `list` prints it: u8, i16, double, time32, char[64], byte[256], ...; "text"
+// for a policy's name.
+std::string formatType(const Node &field);
 
-// The type as `list` has it: u8, i16, double, time32, char[64], byte[256] ...
-std::string typeNameOf(const Node &field);
+// Returns the range that `set` accepts, such as "0..100000". Its end is the wizard's bound or the
+// largest value that the field can hold, whichever is less; for a double it starts at minus the
+// bound. The field must be writable.
+std::string formatBounds(const Row &row);
 
-// Between which numbers a field may be written, "0..100000": the wizard's bound, or what its bytes
-// hold if that is less; of a double from minus the bound. It must be one that may be written.
-std::string boundsOf(const Row &row);
+// Returns text up to its first NUL.
+std::string toText(const Row &row, const uint8_t *at);
 
-// A text up to its first NUL.
-std::string textAt(const Row &row, const uint8_t *at);
+// Formats a number with the fewest digits that read back to it, without an exponent from 1e-5 to
+// below 1e16.
+std::string formatFloat(double number);
 
-// The value of a field. Whole numbers in decimal, times as seconds since 1970-01-01 UTC; other
-// numbers in the fewest digits that read back to the same one, without an exponent from 1e-5 to
-// below 1e16; a text up to its first NUL and escaped; bytes as hexadecimal digits.
-std::string valueOf(const Row &row, const uint8_t *at);
+// Formats a field's value. Integers are decimal, and a time is in seconds since 1970-01-01 UTC.
+// Text ends at its first NUL and is escaped; bytes are hexadecimal digits.
+std::string formatValue(const Row &row, const uint8_t *at);
 
-// Takes the bytes of a field that may be written from a text: digits, with a sign for a negative
-// number, or for a double what strtod takes. Returns why the text is refused, or "".
-std::string parseValue(const Row &row, const std::string &text, std::string &bytes);
+// Whether a field is a float or a double.
+bool isFloat(const Row &row);
+
+// Parses a decimal number that is exactly the whole text. "+1", " 1" and "0x10" are not numbers.
+Result<double> parseFloat(std::string_view text);
+
+// Whether a text is an integer of any size: decimal digits, after a "-" for a negative one.
+bool isInteger(std::string_view text);
+
+enum class Bounds { check, ignore };
+
+// Parses a value for a writable field and returns its bytes. An integer must fit the field's type
+// and, like a double, be within the bounds unless they are ignored. A NaN is within all bounds.
+Result<std::string> parseValue(const Row &row, std::string_view text, Bounds bounds);

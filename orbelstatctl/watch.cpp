@@ -1,22 +1,17 @@
 #include "orbelstatctl/commands.h"
+#include "orbelstatctl/signals.h"
+#include "orbelstatctl/values.h"
+#include "output/standard_streams.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <chrono>
-#include <climits>
-#include <csignal>
-#include <cstring>
+#include <cmath>
 #include <ctime>
-#include <poll.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
 
-using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
 using Values = std::vector<std::optional<std::string>>;
 
-// The time now: seconds since 1970 with milliseconds, or the same as a date and time of UTC.
-static std::string timeText(bool isDate) {
+// Returns the time now: seconds since 1970 with milliseconds or, if `isDate` holds, the same as a
+// date and time in UTC.
+static std::string formatTime(bool isDate) {
+    using std::chrono::milliseconds;
     const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
     const auto total = now.time_since_epoch().count();
     const time_t seconds = total / 1000;
@@ -27,28 +22,20 @@ static std::string timeText(bool isDate) {
     return isDate ? date + fraction + 'Z' : std::to_string(seconds) + fraction;
 }
 
-// A cell of a line of comma-separated values.
-static std::string cellOf(const std::string &text) {
-    std::string quoted = "\"";
-    for (const char character : text) {
-        quoted += character == '"' ? "\"\"" : std::string(1, character);
-    }
-    return text.find_first_of(",\"") == std::string::npos ? text : quoted + '"';
-}
-
-static std::string csvOf(const Values &values) {
-    std::string line = timeText(false);
+static std::string formatRow(const Values &values) {
+    Strings cells = {formatTime(false)};
     for (const auto &value : values) {
-        line += ',' + cellOf(value.value_or(""));
+        cells.push_back(value.value_or(""));
     }
-    return line + '\n';
+    return formatCsvRow(cells);
 }
 
-// The changes since the last value of each field, which they replace.
-static std::string changesOf(const std::vector<Field> &fields, const Values &values, Values &last) {
-    const std::string time = timeText(true);
+// Returns a line for each value that differs from the last one of its field, which it replaces.
+static std::string formatChanges(const std::vector<Field> &fields, const Values &values,
+                                 Values &last) {
+    const std::string time = formatTime(true);
     std::string lines;
-    for (size_t i = 0; i < fields.size(); ++i) {
+    for (size_t i = 0; i < values.size(); ++i) {
         if (values[i] && last[i] && *values[i] != *last[i]) {
             lines += time + ' ' + fields[i].path + ": " + *last[i] + " -> " + *values[i] + '\n';
         }
@@ -57,73 +44,48 @@ static std::string changesOf(const std::vector<Field> &fields, const Values &val
     return lines;
 }
 
-// A descriptor that can be read once a signal has asked for the end. A closed pipe sends none.
-static int openEndSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    signal(SIGPIPE, SIG_IGN);
-    return signalfd(-1, &signals, SFD_CLOEXEC);
-}
-
-// Waits for a moment. Returns false if before that a signal has asked for the end or nobody reads
-// standard output any more.
-static bool waitUntil(Clock::time_point moment, int endSignals) {
-    pollfd ends[] = {{endSignals, POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
-    const auto left = std::chrono::ceil<milliseconds>(moment - Clock::now()).count();
-    return poll(ends, std::size(ends), static_cast<int>(std::max<int64_t>(left, 0))) == 0;
-}
-
-// Writes a text, in pieces that a pipe takes whole or not yet. Returns false if before that a
-// signal has asked for the end or nobody reads any more.
-static bool writeUnlessEnded(std::string_view text, int endSignals) {
-    while (!text.empty()) {
-        pollfd files[] = {{endSignals, POLLIN, 0}, {STDOUT_FILENO, POLLOUT, 0}};
-        if (poll(files, std::size(files), -1) < 0 || files[0].revents != 0) {
-            return false;
-        }
-        const ssize_t written =
-            write(STDOUT_FILENO, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
-        if (written < 0 && errno != EPIPE) {
-            throw Stop{failed, std::string("standard output: ") + strerror(errno)};
-        }
-        if (written < 0) {
-            return false;
-        }
-        text.remove_prefix(static_cast<size_t>(written));
-    }
-    return true;
-}
-
-int watchFields(const Words &words, double seconds, uint64_t count, bool isCsv) {
-    const std::vector<Field> fields = fieldsOf(parsePaths(words, Kind::any));
-    const std::chrono::duration<double> interval(seconds);
-    const int endSignals = openEndSignals();
-    const auto start = Clock::now();
+static ExitStatus runWatch(const Arguments &arguments) {
+    const std::vector<Field> fields = expandPaths(parsePaths(arguments.operands, Kind::any));
+    const Seconds interval(arguments.number("-i", 0.001, 1e6, 1));
+    const double count = arguments.number("-n", 1, 1e9, INFINITY);
+    rejectIf(std::floor(count) != count, "-n: not an integer: " + arguments.last("-n"));
+    const bool isCsv = arguments.has("--csv");
+    Strings header = {"time"};
+    std::ranges::transform(fields, std::back_inserter(header), &Field::path);
     Source source;
-    Values values(fields.size());
     Values last(fields.size());
-    std::string text = isCsv ? "time" : "";
-    for (size_t i = 0; isCsv && i < fields.size(); ++i) {
-        text += ',' + fields[i].path + (i + 1 == fields.size() ? "\n" : "");
-    }
-    for (uint64_t tick = 0; count == 0 || tick < count;) {
-        std::ranges::transform(fields, values.begin(),
-                               [&](const Field &field) { return source.valueOf(field); });
-        text += isCsv ? csvOf(values) : changesOf(fields, values, last);
-        if (!writeUnlessEnded(text, endSignals)) {
-            break;
+    catchInterrupts();
+    signal(SIGPIPE, SIG_IGN);
+    const auto start = Clock::now();
+    bool isMore = !isCsv || printRow(formatCsvRow(header));
+    for (double tick = 0; isMore && !isInterrupted();) {
+        Values values;
+        for (const Field &field : fields) {
+            values.push_back(source.readValue(field));
         }
-        text.clear();
-        source.refresh();
-        // A tick whose moment has passed is skipped, and counts.
-        tick = std::max(tick, static_cast<uint64_t>((Clock::now() - start) / interval)) + 1;
-        const auto wait = std::chrono::duration_cast<Clock::duration>(tick * interval);
-        if ((count == 0 || tick < count) && !waitUntil(start + wait, endSignals)) {
-            break;
-        }
+        source.invalidate();
+        isMore = printRow(isCsv ? formatRow(values) : formatChanges(fields, values, last));
+        // Ticks whose time has passed are skipped but still counted.
+        tick = std::max(tick, std::floor((Clock::now() - start) / interval)) + 1;
+        const auto next = std::chrono::duration_cast<Clock::duration>(tick * interval);
+        isMore = isMore && tick < count && sleepUntil(start + next, Reader::await);
     }
-    return source.hasFailed() ? failed : succeeded;
+    forgetClosedReader();
+    return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
+
+static constexpr char help[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [--csv] PATH ...
+
+Print TIME PATH: OLD -> NEW whenever a value differs from the previous sample.
+
+  -i SECONDS  Interval between samples, 0.001 to 1000000 (default: 1)
+  -n COUNT    Stop after this many samples (default: never)
+  --csv       Print every sample as a row of comma-separated values
+
+Examples:
+  orbelstatctl watch upm.policies
+  orbelstatctl watch --csv -i 0.1 -n 600 'psu[0..1].Pout' >power.csv
+)";
+
+const Command watchCommand = {
+    "watch", "Print changes as they happen", runWatch, "i: n: --csv", help, "PATH", SIZE_MAX, true};

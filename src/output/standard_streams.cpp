@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 // The errno of the first write to standard output that failed; 0 if none has.
@@ -41,6 +42,14 @@ void recordOutputError() {
 void flushStandardOutput() {
     fflush(stdout);
     recordOutputError();
+}
+
+void forgetClosedReader() {
+    if (outputErrno == EPIPE) {
+        __fpurge(stdout);
+        clearerr(stdout);
+        outputErrno = 0;
+    }
 }
 
 bool closeStandardOutput(const char *program) {

@@ -17,6 +17,10 @@ void recordOutputError();
 // Flushes standard output and records an error.
 void flushStandardOutput();
 
+// If output was lost because its reader is gone (EPIPE), forgets that and the output: watch ends
+// normally then.
+void forgetClosedReader();
+
 // Closes standard output. Returns whether everything that was printed has been written; if not,
 // prints one line with the reason on standard error, which begins with `program`.
 bool closeStandardOutput(const char *program);

@@ -1,0 +1,13 @@
+// orbelstatctl: the shared memory's fields by name, for scripts and for people.
+#include "orbelstatctl/commands.h"
+#include "output/standard_streams.h"
+
+int main(int argc, char **argv) {
+    if (!openStandardStreams("orbelstatctl")) {
+        return static_cast<int>(ExitStatus::failure);
+    }
+    const auto [status, ifOutputIsLost] = runOrbelstatctl(argc, argv);
+    const bool isWritten = closeStandardOutput("orbelstatctl");
+    return static_cast<int>(isWritten || status == ExitStatus::usageError ? status
+                                                                          : ifOutputIsLost);
+}

@@ -1,0 +1,105 @@
+#include "orbelstatctl/commands.h"
+#include "orbelstatctl/values.h"
+#include "orbelstatctl/write_fields.h"
+
+#include <cerrno>
+#include <memory>
+#include <ranges>
+
+// A line that set or undo printed.
+struct PrintedChange {
+    Field field;
+    std::string oldBytes;
+    std::string newBytes;
+};
+
+// Parses "PATH: OLD -> NEW". PATH must be one writable element. The values may be outside the
+// field's bounds, since memory held them.
+static Result<PrintedChange> parseChange(const InputLine &line) {
+    const std::string_view text = line.text;
+    const size_t colon = std::min(text.find(": "), text.size());
+    const size_t arrow = text.find(" -> ", colon);
+    const auto [path, error] = parsePath(text.substr(0, colon));
+    const auto fields = error.empty() ? expandPaths({path}, Kind::writable) : std::vector<Field>();
+    PrintedChange change;
+    bool isValid = line.isComplete && arrow != std::string_view::npos && fields.size() == 1 &&
+                   fields[0].path == text.substr(0, colon);
+    if (isValid) {
+        const Row &row = *fields[0].node().row;
+        const auto old = parseValue(row, text.substr(colon + 2, arrow - colon - 2), Bounds::ignore);
+        const auto now = parseValue(row, text.substr(arrow + 4), Bounds::ignore);
+        change = {fields[0], old.value, now.value};
+        isValid = old.error.empty() && now.error.empty();
+    }
+    return {change, isValid ? "" : "not PATH: OLD -> NEW"};
+}
+
+static std::vector<PrintedChange> readChanges(const std::string &name) {
+    if (name == "-") {
+        return parseAll(readLines(stdin, "standard input"), parseChange);
+    }
+    const std::unique_ptr<FILE, int (*)(FILE *)> file(fopen(name.c_str(), "re"), fclose);
+    if (!file) {
+        fail(name + ": " + strerror(errno));
+    }
+    return parseAll(readLines(file.get(), name), parseChange);
+}
+
+// Reverses changes, last to first, on a copy of memory. Returns the resulting bytes of each field.
+// Throws a failure with a message for each field that holds neither value of a change, unless
+// `isForced` holds. Values are compared as they print: a NaN has many representations.
+static std::vector<Assignment> reverseChanges(const std::vector<PrintedChange> &changes,
+                                              Source &source, bool isForced) {
+    std::vector<Assignment> results;
+    std::map<std::string, size_t> places;         // of the fields in `results`, by path
+    std::map<std::string, std::string> conflicts; // messages by path
+    for (const auto &[field, oldBytes, newBytes] : changes | std::views::reverse) {
+        const uint8_t *section = source.sectionBytes(field.node().section);
+        if (section == nullptr) {
+            throw CommandError{ExitStatus::failure, {}};
+        }
+        const std::string memory(reinterpret_cast<const char *>(section) + field.offset,
+                                 field.node().row->size);
+        const auto [place, isFirst] = places.emplace(field.path, results.size());
+        results.insert(results.end(), isFirst ? 1 : 0, {field, memory});
+        std::string &bytes = results[place->second].bytes;
+        const std::string expected = formatBytes(field, newBytes);
+        if (isForced || formatBytes(field, bytes) == expected) {
+            bytes = oldBytes;
+        } else if (formatBytes(field, bytes) != formatBytes(field, oldBytes)) {
+            conflicts.emplace(field.path, field.path + ": is " + formatBytes(field, memory) +
+                                              ", expected " + expected +
+                                              " (use --force to overwrite it)");
+        }
+    }
+    if (!conflicts.empty()) {
+        const auto messages = conflicts | std::views::values;
+        throw CommandError{ExitStatus::failure, {messages.begin(), messages.end()}};
+    }
+    return results;
+}
+
+static ExitStatus runUndo(const Arguments &arguments) {
+    const std::vector<PrintedChange> changes = readChanges(arguments.operands[0]);
+    Source source;
+    const auto assignments = reverseChanges(changes, source, arguments.has("--force"));
+    return writeFields(assignments, source, arguments.has("--dry-run"));
+}
+
+static constexpr char help[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
+
+Reverse the lines PATH: OLD -> NEW that set, undo or diff printed, last to first.
+Nothing is written if a field holds neither value: another process changed it.
+FILE may be "-" for standard input.
+
+  --dry-run  Check and print, but write nothing
+  --force    Restore OLD even if another process changed the field
+
+Examples:
+  orbelstatctl undo changes
+  orbelstatctl diff -w -p upm.policies monday | orbelstatctl undo --dry-run -
+)";
+
+const Command undoCommand = {
+    "undo", "Reverse the changes that set printed", runUndo, "--dry-run --force", help, "FILE", 1,
+    true};

@@ -1,0 +1,139 @@
+#include "orbelstatctl/commands.h"
+#include "orbelstatctl/signals.h"
+#include "orbelstatctl/values.h"
+
+#include <cmath>
+
+// PATH=VALUE and the like.
+struct Condition {
+    std::string text;
+    std::vector<Field> fields; // all must satisfy it
+    std::string comparison;    // =, !=, <, <=, > or >=
+    std::string value;
+};
+
+// Compares two integers of any size, in decimal.
+static std::partial_ordering compareIntegers(const std::string &left, const std::string &right) {
+    const auto split = [](const std::string &text) { // size and digits of the magnitude
+        const std::string digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
+        return std::pair(digits.size(), digits);
+    };
+    const bool isLeftNegative = left[0] == '-' && split(left).first != 0;
+    const bool isRightNegative = right[0] == '-' && split(right).first != 0;
+    if (isLeftNegative != isRightNegative) {
+        return isRightNegative <=> isLeftNegative;
+    }
+    return isLeftNegative ? split(right) <=> split(left) : split(left) <=> split(right);
+}
+
+// Whether a value, as `get -n` prints it, satisfies a condition. A NaN satisfies only "!=".
+static bool satisfies(const std::string &value, const Condition &condition, const Node &node) {
+    const auto &[text, fields, comparison, expected] = condition;
+    const std::partial_ordering order = !node.isNumber() ? value <=> expected
+                                        : isFloat(*node.row)
+                                            ? parseFloat(value).value <=> parseFloat(expected).value
+                                            : compareIntegers(value, expected);
+    return comparison == "="    ? order == 0
+           : comparison == "!=" ? order != 0
+           : comparison == "<"  ? order < 0
+           : comparison == "<=" ? order <= 0
+           : comparison == ">"  ? order > 0
+                                : order >= 0;
+}
+
+// Returns why a field cannot be compared with a value in this way; "" if it can.
+static std::string comparisonError(const Node &node, const Condition &condition) {
+    if (!node.isField()) {
+        return "is a group; compare one of its fields";
+    }
+    if (!node.isNumber()) {
+        return condition.comparison == "=" || condition.comparison == "!="
+                   ? ""
+                   : "text and bytes can only be compared with = and !=";
+    }
+    if (!isFloat(*node.row)) {
+        return isInteger(condition.value) ? "" : "not an integer: " + condition.value;
+    }
+    const auto [number, error] = parseFloat(condition.value);
+    return std::isnan(number) ? "NaN cannot be compared" : error;
+}
+
+static Result<Condition> parseCondition(const std::string &text) {
+    const size_t begin = text.find_first_of("=!<>");
+    if (begin == std::string::npos || begin == 0 || text.substr(begin) == "!" ||
+        (text[begin] == '!' && text[begin + 1] != '=')) {
+        return {{}, "not a condition"};
+    }
+    const size_t length = text[begin] != '=' && text[begin + 1] == '=' ? 2 : 1;
+    const auto [path, error] = parsePath(text.substr(0, begin));
+    Condition condition{text, {}, text.substr(begin, length), text.substr(begin + length)};
+    const std::string problem =
+        error.empty() ? comparisonError(*path.back().node, condition) : error;
+    if (problem.empty()) {
+        condition.fields = expandPaths({path});
+    }
+    return {condition, problem};
+}
+
+// Takes a sample. Returns a line for each condition that does not hold, with the first field that
+// does not satisfy it: "psu[*].Pin>=0: psu[2].Pin is -1".
+static Strings checkAll(const std::vector<Condition> &conditions, Source &source) {
+    source.invalidate();
+    Strings failures;
+    for (const Condition &condition : conditions) {
+        const auto isUnsatisfied = [&](const Field &field) {
+            const auto value = source.readValue(field);
+            return !value || !satisfies(*value, condition, field.node());
+        };
+        const auto field = std::ranges::find_if(condition.fields, isUnsatisfied);
+        if (field != condition.fields.end()) {
+            const auto value = source.readValue(*field);
+            const std::string name = condition.fields.size() > 1 ? field->path + ' ' : "";
+            failures.push_back(
+                condition.text + ": " +
+                (value ? name + "is " + *value : source.errorOf(field->node().section)));
+        }
+    }
+    return failures;
+}
+
+static ExitStatus runWait(const Arguments &arguments) {
+    const auto conditions = parseAll(arguments.operands, parseCondition);
+    const double interval = arguments.number("-i", 0.001, 1e6, 0.1);
+    const double timeLimit = arguments.number("-t", 0, 1e6, INFINITY);
+    Source source("", ReadErrors::keep);
+    catchInterrupts();
+    const auto start = Clock::now();
+    while (!isInterrupted()) {
+        const bool isLast = Seconds(Clock::now() - start).count() >= timeLimit;
+        const Strings failures = checkAll(conditions, source);
+        if (failures.empty()) {
+            return ExitStatus::success;
+        }
+        if (isLast) {
+            std::ranges::for_each(failures, printError);
+            return ExitStatus::failure;
+        }
+        const double ticks = std::floor(Seconds(Clock::now() - start).count() / interval) + 1;
+        const Seconds next(std::min(ticks * interval, timeLimit));
+        sleepUntil(start + std::chrono::duration_cast<Clock::duration>(next), Reader::ignore);
+    }
+    return ExitStatus::failure;
+}
+
+static constexpr char help[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
+
+Take samples until all conditions hold in one of them. When the time is up, print
+those that do not hold; the status is then 1. CONDITION is PATH=VALUE, or with
+!=, <, <=, > or >=; all elements of an array must satisfy it.
+
+  -i SECONDS  Interval between samples, 0.001 to 1000000 (default: 0.1)
+  -t SECONDS  Time limit, 0 to 1000000; 0 takes one sample (default: no limit)
+
+Examples:
+  orbelstatctl wait -t 10 'upm.policies[3].PolicyActiveState=1'
+  orbelstatctl wait -t 0 'psu[*].Pin>=0' 'config.peakHeadroom>100'
+)";
+
+const Command waitCommand = {
+    "wait", "Wait until conditions hold", runWait, "i: t:", help, "CONDITION", SIZE_MAX, true};
