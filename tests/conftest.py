@@ -1,10 +1,10 @@
-"""Runs each test for every build that --builds names, and gives it a machine of its own."""
+"""Runs each test for every build that --builds names, and gives it a sandbox of its own."""
 import tempfile
 
 import pytest
 
 pytest.register_assert_rewrite("harness")
-from harness import Build, Machine  # noqa: E402
+from harness import Build, Sandbox  # noqa: E402
 
 
 def pytest_addoption(parser):
@@ -15,7 +15,7 @@ def pytest_addoption(parser):
 def pytest_configure(config):
     if config.getoption("record") and config.getoption("numprocesses", None):
         raise pytest.UsageError("--record: without -n; tests that write one file at once lose entries of it")
-    Machine.is_recording = config.getoption("record")
+    Sandbox.is_recording = config.getoption("record")
 
 
 def pytest_generate_tests(metafunc):
@@ -33,6 +33,6 @@ def build(request):
 
 
 @pytest.fixture
-def machine(build):
+def sandbox(build):
     with tempfile.TemporaryDirectory(prefix="orbel-") as directory:
-        yield Machine(build, directory)
+        yield Sandbox(build, directory)

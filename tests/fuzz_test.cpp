@@ -34,7 +34,7 @@ static const std::string captures = "/dev/shm/orbel-fuzz-" + std::to_string(getp
 static const std::string oldPath = captures + "/old", newPath = captures + "/new";
 static const char *const oldCapture = oldPath.c_str(), *const newCapture = newPath.c_str();
 static constexpr size_t commandCount = 7; // that the words begin with
-static const char *const companionWords[] = {
+static const char *const ctlWords[] = {
     "get", "set", "list", "json", "table", "metrics", "diff",
     "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2..4]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
@@ -42,9 +42,9 @@ static const char *const companionWords[] = {
     "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "-w", "upm.policies[*]", "config", "json",
     "--from", oldCapture, "table", "upm.policies[1..3]", "name", "state", "--from", newCapture,
     "get", "-n", "diff", oldCapture, newCapture, "metrics", "psu", "json", "--from", oldCapture};
-// Ways through the wizard: a digit is typed unchanged, and for each letter what suits its
+// Dialogues with the wizard: a digit is typed unchanged, and for each letter what suits its
 // prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
-static constexpr std::string_view ways[] = {
+static constexpr std::string_view dialogues[] = {
     "11cqqqqq1cqqqqq2qq01", "12qq1cqqqqq02", "2cqqqqqcqqqqqb1", "2cqqqqqcqqqqqcqqqqqb2",
     "3pfvfvfvfv01", "3pfvfvfvfvfvfvfv02", "3pfvfvfvfvfvfvfvfvfvfvfv02"};
 // clang-format on
@@ -52,33 +52,33 @@ static constexpr std::string_view ways[] = {
 static std::span<const char *const> words;           // of the program that runs
 static uint8_t contents[powerReportingSection.size]; // of each section, as far as it goes
 static const uint8_t *input;                         // what is left of it, and a zero
-static size_t left;
+static size_t remaining;
 static size_t lastWord;
 static FILE *typed;            // what the program reads as typed on a terminal
 static bool isAnyPlaceWritten; // in the block, and not only fields with values in bounds
 static size_t writes;          // calls of the library in this run
 static std::bitset<sizeof contents> fieldsSeen; // at their offsets, those written in all runs
 
-static size_t below(size_t limit) { // at most 256; 0 once the input has ended
-    return left == 0 ? 0 : (--left, *input++ % limit);
+static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
+    return remaining == 0 ? 0 : (--remaining, *input++ % limit);
 }
 
 // The word after the last one, another or, less often, the text that comes next in the input.
 static const char *nextWord() {
-    const size_t choice = below(16);
+    const size_t choice = nextBelow(16);
     if (choice < 15) {
-        lastWord = (choice < 12 ? lastWord + 1 : below(256)) % words.size();
+        lastWord = (choice < 12 ? lastWord + 1 : nextBelow(256)) % words.size();
         return words[lastWord];
     }
     const auto *text = reinterpret_cast<const char *>(input);
     input += strlen(text);
-    left -= strlen(text);
+    remaining -= strlen(text);
     return text;
 }
 
 static int copy(uint8_t *to, const uint8_t *from, int32_t length) {
-    if (below(16) == 15) {
-        return static_cast<int>(below(256)) - 256;
+    if (nextBelow(16) == 15) {
+        return static_cast<int>(nextBelow(256)) - 256;
     }
     memcpy(to, from, static_cast<size_t>(length));
     return 0;
@@ -121,7 +121,7 @@ extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offse
 
 extern "C" const char *policyTypeToString(int16_t policy) {
     assert(0 <= policy && policy < policyCount);
-    return below(16) == 15 ? nullptr : nextWord();
+    return nextBelow(16) == 15 ? nullptr : nextWord();
 }
 
 extern "C" int isatty(int /*descriptor*/) noexcept {
@@ -130,8 +130,8 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
 
 // With what is left of the input, over and over.
 static void fillSections() {
-    for (size_t i = 0; i < sizeof contents; i += left + 1) {
-        memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
+    for (size_t i = 0; i < sizeof contents; i += remaining + 1) {
+        memcpy(contents + i, input, std::min(remaining + 1, sizeof contents - i));
     }
 }
 
@@ -139,31 +139,31 @@ static void fillSections() {
 static void makeCapture(const std::string &directory) {
     std::filesystem::create_directories(directory);
     for (const Section section : allSections) {
-        const size_t choice = below(16);
+        const size_t choice = nextBelow(16);
         if (choice != 15) {
             std::ofstream(directory + "/section-" + std::to_string(section.id))
                 .write(reinterpret_cast<const char *>(contents),
                        choice == 14 ? 100 : static_cast<std::streamsize>(section.size));
         }
     }
-    for (size_t names = below(4) == 0 ? below(32) : policyCount; names > 0; --names) {
+    for (size_t names = nextBelow(4) == 0 ? nextBelow(32) : policyCount; names > 0; --names) {
         std::ofstream(directory + "/policy-names", std::ios::app) << nextWord() << '\n';
     }
 }
 
-// Types the answer for a letter of a way; less often whatever word comes next before it.
+// Types the answer for a letter of a dialogue; less often whatever word comes next before it.
 static void typeAnswer(char letter) {
-    if (below(64) == 63) {
+    if (nextBelow(64) == 63) {
         fprintf(typed, "%s\n", nextWord());
     }
     if (letter == 'q') {
-        fputs(below(2) == 1 ? "y\n1\n" : "n\n", typed);
+        fputs(nextBelow(2) == 1 ? "y\n1\n" : "n\n", typed);
     } else if (letter == 'b') {
         fputs("-1\n", typed);
     } else if (letter >= 'a') {
         const int limit = letter == 'c' ? cpuCount : letter == 'p' ? policyCount : 30;
         const size_t first = letter == 'f' ? 1 : 0;
-        fprintf(typed, "%zu\n", first + below(letter == 'v' ? 2 : static_cast<size_t>(limit)));
+        fprintf(typed, "%zu\n", first + nextBelow(letter == 'v' ? 2 : static_cast<size_t>(limit)));
     } else {
         fprintf(typed, "%c\n", letter);
     }
@@ -171,8 +171,8 @@ static void typeAnswer(char letter) {
 
 // One that lies at an edge, or a small one.
 static size_t sizeAround(size_t edge) {
-    const size_t choice = below(4);
-    return choice == 0 ? below(256) : (choice == 1 ? SIZE_MAX : edge) + below(3) - 1;
+    const size_t choice = nextBelow(4);
+    return choice == 0 ? nextBelow(256) : (choice == 1 ? SIZE_MAX : edge) + nextBelow(3) - 1;
 }
 
 // The operations guard themselves.
@@ -181,7 +181,7 @@ static void callOperations() {
     const auto policy = static_cast<uint32_t>(sizeAround(policyCount));
     fillSections();
     showPolicy(policy); // whose names are asked for with numbers of policies only
-    writePolicyState(policy, static_cast<int32_t>(below(2)));
+    writePolicyState(policy, static_cast<int32_t>(nextBelow(2)));
     assert(writes == (policy < policyCount ? 1U : 0U));
 
     const size_t offset = sizeAround(sizeof bytes);
@@ -193,21 +193,21 @@ static void callOperations() {
     assert(isInside || result == -ERANGE);
 }
 
-static void runProgram(bool isCompanion, bool isDialogue) {
+static void runProgram(bool isOrbelstatctl, bool isDialogue) {
     const char *arguments[10] = {"program", "-w", "-u", "-m"};
     int count = 4;
     if (isDialogue) {
-        for (const size_t rest = left / 2; left > rest;) {
-            std::ranges::for_each(ways[below(std::size(ways))], typeAnswer);
+        for (const size_t rest = remaining / 2; remaining > rest;) {
+            std::ranges::for_each(dialogues[nextBelow(std::size(dialogues))], typeAnswer);
         }
     } else {
-        count = 1 + static_cast<int>(below(9));
-        words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
+        count = 1 + static_cast<int>(nextBelow(9));
+        words = isOrbelstatctl ? std::span<const char *const>(ctlWords) : probeWords;
         std::generate(arguments + 1, arguments + count, nextWord);
-        if (isCompanion && below(8) != 0) {
-            arguments[1] = companionWords[below(commandCount)];
+        if (isOrbelstatctl && nextBelow(8) != 0) {
+            arguments[1] = ctlWords[nextBelow(commandCount)];
         }
-        for (size_t lines = below(256); lines > 0; --lines) {
+        for (size_t lines = nextBelow(256); lines > 0; --lines) {
             fprintf(typed, "%s\n", nextWord());
         }
     }
@@ -216,12 +216,12 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
-    if (!isCompanion) {
+    if (!isOrbelstatctl) {
         const int status = runCommandLine(count, argv);
         assert(-1 <= status && status <= 1);
         return;
     }
-    if (below(4) == 0) {
+    if (nextBelow(4) == 0) {
         makeCapture(oldCapture);
         makeCapture(newCapture);
     }
@@ -239,11 +239,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<uint8_t> terminated(data, data + size);
     terminated.push_back(0);
     input = terminated.data();
-    left = size;
+    remaining = size;
     lastWord = writes = 0;
     words = probeWords;
     typed = stdin = fdopen(memfd_create("typed", 0), "w+");
-    const size_t choice = below(8);
+    const size_t choice = nextBelow(8);
     isAnyPlaceWritten = choice == 7;
     choice == 7 ? callOperations() : runProgram(choice < 3, choice >= 5);
     fclose(typed);

@@ -126,7 +126,7 @@ class Build:
         return sections
 
 
-class Machine:
+class Sandbox:
     """Sections in a directory, "section-<n>", zeros at first, and the programs of a build."""
     is_recording = False
 
@@ -181,9 +181,9 @@ class Machine:
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
         """Standard input is no terminal: the wizard may not read it. `redirections` are commands of the shell
         before the program's."""
-        ended = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
+        result = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
                                capture_output=True)
-        return self.outcome(ended.stdout, ended.stderr, ended.returncode)
+        return self.outcome(result.stdout, result.stderr, result.returncode)
 
     def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
         """Standard input and output are a terminal without echo, on which `typed` waits to be read, followed by
@@ -216,7 +216,7 @@ def lines_of(text):
     return re.findall(".*\n|.+", text)
 
 
-def escaped(text):
+def as_printable(text):
     r"""With \xNN for each byte that is no printable character, and for a backslash."""
     return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
 
@@ -245,8 +245,8 @@ def fail_if_different(expected, text, name):
 
 
 def compare_with_golden(name, text):
-    text = folded(escaped(text))
-    if Machine.is_recording:
+    text = folded(as_printable(text))
+    if Sandbox.is_recording:
         (GOLDEN / name).write_text(text)
     fail_if_different(golden(name), text, name)
 
@@ -259,10 +259,10 @@ def entries_of(name):
 
 def compare_with_entry(name, command, happened, text):
     """`happened` follows the arrow, and an output of one line follows "|"."""
-    text = escaped(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
+    text = as_printable(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
     text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)
-    if Machine.is_recording:
+    if Sandbox.is_recording:
         entries[command] = text
         (GOLDEN / name).write_text("".join(f"$ {key} -> {text}" for key, text in entries.items()))
     fail_if_different(entries[command], text, f"{name}: {command}")

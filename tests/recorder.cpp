@@ -1,14 +1,14 @@
 // Takes the platform libraries' place at run time: writes every call down, lets chosen calls fail
 // and hands the rest on to the next library. Controlled by environment variables:
-//     RECORD       file that the calls are appended to, a line each; always given
-//     FAIL_READ    n:result   the n-th read fails with result
-//     END_AT_READ  n          the n-th read ends the program, whose unwritten output is lost
-//     FAIL_WRITES  result     every write fails with result
-//     KEEP_OPEN    file       opened for writing at the first read, and left open
-//     POLICY_NAME  prefix     of every policy's name, before its number; no name at all if empty
-//     REFUSE       size       malloc refuses requests of this size
-//     NO_NULL      n          the first n openings of /dev/null fail
-//     NO_TIME      function   localtime_r or strftime fails
+//     RECORD          file that the calls are appended to, one per line; always given
+//     FAIL_READ       n:result   the n-th read fails with result
+//     END_AT_READ     n          the n-th read ends the program, whose unwritten output is lost
+//     FAIL_WRITES     result     every write fails with result
+//     KEEP_OPEN       file       opened for writing at the first read, and left open
+//     POLICY_NAME     prefix     of every policy's name, before its number; no name if empty
+//     FAIL_MALLOC     size       malloc fails for requests of this size
+//     FAIL_OPEN_NULL  n          the first n openings of /dev/null fail
+//     FAIL_TIME       function   localtime_r or strftime fails
 #include <cerrno>
 #include <cstdarg>
 #include <cstdint>
@@ -32,7 +32,7 @@ static const char *setting(const char *name) {
 extern "C" void *__libc_malloc(size_t size);
 
 extern "C" void *malloc(size_t size) {
-    const bool isRefused = size > 0 && strtoul(setting("REFUSE"), nullptr, 10) == size;
+    const bool isRefused = size > 0 && strtoul(setting("FAIL_MALLOC"), nullptr, 10) == size;
     return isRefused ? nullptr : __libc_malloc(size);
 }
 #endif
@@ -79,18 +79,18 @@ extern "C" const char *policyTypeToString(int16_t policy) {
 }
 
 extern "C" tm *localtime_r(const time_t *time, tm *local) {
-    const bool fails = strcmp(setting("NO_TIME"), "localtime_r") == 0;
+    const bool fails = strcmp(setting("FAIL_TIME"), "localtime_r") == 0;
     return fails ? nullptr : NEXT(localtime_r)(time, local);
 }
 
 extern "C" size_t strftime(char *text, size_t size, const char *format, const tm *time) {
-    const bool fails = strcmp(setting("NO_TIME"), "strftime") == 0;
+    const bool fails = strcmp(setting("FAIL_TIME"), "strftime") == 0;
     return fails ? 0 : NEXT(strftime)(text, size, format, time);
 }
 
 extern "C" int open(const char *path, int flags, ...) {
     static int failures = 0;
-    if (strcmp(path, "/dev/null") == 0 && failures < atoi(setting("NO_NULL"))) {
+    if (strcmp(path, "/dev/null") == 0 && failures < atoi(setting("FAIL_OPEN_NULL"))) {
         ++failures;
         errno = EACCES;
         return -1;

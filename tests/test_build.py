@@ -62,9 +62,9 @@ def test_a_right_table_compiles():
     ('*findRow(innerRows, "missing")', "no row has this path"),
 ])
 def test_a_wrong_row_does_not_compile(row, reason):
-    ended = compiled(f"constexpr Row row = {row};")
-    assert ended.returncode != 0
-    assert reason in ended.stderr
+    result = compiled(f"constexpr Row row = {row};")
+    assert result.returncode != 0
+    assert reason in result.stderr
 
 
 @pytest.mark.builds("release", "controller")  # unoptimised, calls of the C library are not fortified
@@ -103,5 +103,5 @@ def test_the_probe_is_built_alone_where_the_companion_cannot(tmp_path, setting, 
 def test_random_inputs_find_no_fault(build):
     """The fuzzer's own program, with inputs that are the same each time."""
     settings = {"ASAN_OPTIONS": "exitcode=99", "UBSAN_OPTIONS": "exitcode=99"}
-    ended = subprocess.run(build.command("tests/fuzz", **settings), capture_output=True, encoding="latin-1")
-    assert ended.returncode == 0, ended.stderr[-3000:]
+    result = subprocess.run(build.command("tests/fuzz", **settings), capture_output=True, encoding="latin-1")
+    assert result.returncode == 0, result.stderr[-3000:]

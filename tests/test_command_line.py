@@ -12,7 +12,7 @@ PRECEDENCE = ("-l 5", "-d", "-o", "-e", "-r", "-c", "-u"), ("-i 2", "-d", "-o", 
 PAIRS = list(dict.fromkeys(pair for order in PRECEDENCE for pair in itertools.combinations(order, 2)))
 
 
-def shortened(pieces, most):
+def abridged_calls(pieces, most):
     """The pieces, or of many the first, the last and the number of all."""
     if len(pieces) <= most:
         return "".join(pieces)
@@ -20,24 +20,24 @@ def shortened(pieces, most):
 
 
 @pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
-def test_answers(machine, command):
+def test_answers(sandbox, command):
     """The exit status and the library's calls follow "->"; of equal calls in a row one, of a long one the beginning.
     The fields of policies are left out."""
-    machine.environment, words = settings_and_words(command)
-    outcome = machine.run(*shlex.split(words))
+    sandbox.environment, words = settings_and_words(command)
+    outcome = sandbox.run(*shlex.split(words))
     calls = [call for call, _ in itertools.groupby(", " + call[:40] for call in outcome.calls)]
     text = (outcome.err + outcome.out).replace(golden("usage.txt"), "(usage)\n")
-    text = text.replace(golden("upm-help.txt"), "(help on -u)\n").replace(machine.build.program, "PROGRAM")
+    text = text.replace(golden("upm-help.txt"), "(help on -u)\n").replace(sandbox.build.program, "PROGRAM")
     text = text.replace("\n" + golden("write-forms.txt"), " (forms of -w)\n")
     lines = [line for line in lines_of(text) if not re.match(r" +\S*\(\d+\)\.", line)]
-    compare_with_entry(TRANSCRIPT, command, f"{outcome.status}{shortened(calls, 3)}", shortened(lines, 6))
+    compare_with_entry(TRANSCRIPT, command, f"{outcome.status}{abridged_calls(calls, 3)}", abridged_calls(lines, 6))
 
 
 @pytest.mark.parametrize("first, second", PAIRS)
-def test_runs_only_the_first_report_in_the_order_of_precedence(machine, first, second):
-    machine.fill_with_pattern()
-    alone = machine.run(*first.split())
+def test_runs_only_the_first_report_in_the_order_of_precedence(sandbox, first, second):
+    sandbox.fill_with_pattern()
+    alone = sandbox.run(*first.split())
     assert alone.out
-    assert machine.run(*first.split(), *second.split()) == alone
+    assert sandbox.run(*first.split(), *second.split()) == alone
     if second != "-u":  # which must be the last
-        assert machine.run(*second.split(), *first.split()) == alone
+        assert sandbox.run(*second.split(), *first.split()) == alone

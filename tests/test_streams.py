@@ -8,13 +8,13 @@ FULL = LOST + "No space left on device\n"
 
 
 @pytest.mark.parametrize("closed", [">&-", "2>&-", ">&- 2>&-", "<&- >&- 2>&-"])
-def test_closed_streams_do_not_lead_into_a_section(machine, closed):
+def test_closed_streams_do_not_lead_into_a_section(sandbox, closed):
     """A platform library that keeps its section open must not get standard output's place."""
-    machine.fill_with_pattern()
-    machine.environment["KEEP_OPEN"] = machine.path(6)
-    status = machine.run("-r", redirections=f"exec {closed};").status
-    machine.run("-x", redirections=f"exec {closed};")  # getopt complains on standard error
-    assert machine.contents(6) == machine.build.pattern[6]
+    sandbox.fill_with_pattern()
+    sandbox.environment["KEEP_OPEN"] = sandbox.path(6)
+    status = sandbox.run("-r", redirections=f"exec {closed};").status
+    sandbox.run("-x", redirections=f"exec {closed};")  # getopt complains on standard error
+    assert sandbox.contents(6) == sandbox.build.pattern[6]
     assert status == (0 if closed == "2>&-" else 74)
 
 
@@ -22,23 +22,23 @@ def test_closed_streams_do_not_lead_into_a_section(machine, closed):
     ("<&-", 3, "", 1, 0), (">&-", 3, CLOSED, 0, 74), ("<&- >&-", 3, CLOSED, 0, 74), ("2>&-", 3, "", 0, 74),
     # Standard input stays closed, and what opens next gets its number.
     ("<&- >&-", 1, LOST + "Bad file descriptor\n", 1, 74)])
-def test_without_the_null_device_output_must_be_open(machine, closed, failures, err, reads, status):
+def test_without_the_null_device_output_must_be_open(sandbox, closed, failures, err, reads, status):
     """If it would be lost, nothing is read and the reason is given."""
-    machine.environment["NO_NULL"] = failures
-    outcome = machine.run("-c", redirections=f"exec {closed};")
+    sandbox.environment["FAIL_OPEN_NULL"] = failures
+    outcome = sandbox.run("-c", redirections=f"exec {closed};")
     assert (outcome.err, len(outcome.calls), outcome.status, outcome.out != "") == (err, reads, status, status == 0)
 
 
-def test_both_streams_keep_their_order(machine):
+def test_both_streams_keep_their_order(sandbox):
     usage = golden("usage.txt")
-    out = machine.run("-h", "-x", redirections="exec 2>&1;").out
-    assert out == f"{usage}{machine.build.program}: invalid option -- 'x'\n{usage}"
+    out = sandbox.run("-h", "-x", redirections="exec 2>&1;").out
+    assert out == f"{usage}{sandbox.build.program}: invalid option -- 'x'\n{usage}"
 
 
-def test_a_unit_is_out_before_the_next_is_read(machine):
-    lines = lines_of(machine.run("-e").out)
-    machine.environment["END_AT_READ"] = "5"  # of the third unit
-    assert machine.run("-e").out == "".join(lines[:len(lines) // 12 * 2])
+def test_a_unit_is_out_before_the_next_is_read(sandbox):
+    lines = lines_of(sandbox.run("-e").out)
+    sandbox.environment["END_AT_READ"] = "5"  # of the third unit
+    assert sandbox.run("-e").out == "".join(lines[:len(lines) // 12 * 2])
 
 
 @pytest.mark.parametrize("arguments, stream, err, status", [
@@ -46,6 +46,6 @@ def test_a_unit_is_out_before_the_next_is_read(machine):
     ("-w", "/dev/full", FULL, 255), ("-w -u -m", "/dev/full", FULL, 255),
     ("-c", "&-", LOST + "Bad file descriptor\n", 74),
     ("-w -u -p 3 -s 1", "/dev/full", "", 0), ("-w -u -p 3 -s 1", "&-", "", 0)])
-def test_lost_output_is_told(machine, arguments, stream, err, status):
-    outcome = machine.run(*arguments.split(), redirections=f"exec >{stream};")
+def test_output_errors_are_reported(sandbox, arguments, stream, err, status):
+    outcome = sandbox.run(*arguments.split(), redirections=f"exec >{stream};")
     assert (outcome.err, outcome.status) == (err, status)

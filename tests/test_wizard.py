@@ -45,34 +45,34 @@ def with_names(text, blocks):
 
 
 @pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
-def test_dialogue(machine, command):
+def test_dialogue(sandbox, command):
     """Whole dialogues; of every kind of prompt, what it takes and what it asks again; input that ends at it; shared
     memory that fails. In the transcript "|" ends a line of input, and after "->" stand the exit status, the number
     of reads and the writes."""
-    machine.fill_with_pattern()
-    blocks = {**BLOCKS, "policy 0": lines_of(machine.run("-u", "-p", "0").out)}
-    machine.environment, words = settings_and_words(command)
+    sandbox.fill_with_pattern()
+    blocks = {**BLOCKS, "policy 0": lines_of(sandbox.run("-u", "-p", "0").out)}
+    sandbox.environment, words = settings_and_words(command)
     typed = words.replace("|", "\n")
-    outcome = machine.run_on_terminal(*WIZARD, typed=typed)
+    outcome = sandbox.run_on_terminal(*WIZARD, typed=typed)
     happened = [str(outcome.status), f"{len(outcome.only('read'))} reads", *outcome.only("write")]
     compare_with_entry(TRANSCRIPT, command, ", ".join(happened), with_names(with_answers(outcome.out, typed), blocks))
 
 
-def test_every_field_has_its_bounds(machine):
+def test_every_field_has_its_bounds(sandbox):
     """Each question refuses what is no number and the numbers just outside its bounds, and takes the upper one."""
     numbers = re.findall(r"^ +([1-9]\d*)\) ", "".join(BLOCKS["policy fields"]), re.M)
-    ways = [f"3\n15\n{number}\n" for number in numbers]
-    for way in "1\n1\n3\n", "1\n2\n", "2\n3\n":
-        asked = machine.run_on_terminal(*WIZARD, typed=way).out  # and not answered
-        ways += [way + "n\n" * question + "y\n" for question in range(asked.count("[y/n]: "))]
-    fields = machine.build.writable.copy()
+    dialogues = [f"3\n15\n{number}\n" for number in numbers]
+    for dialogue in "1\n1\n3\n", "1\n2\n", "2\n3\n":
+        asked = sandbox.run_on_terminal(*WIZARD, typed=dialogue).out  # and not answered
+        dialogues += [dialogue + "n\n" * question + "y\n" for question in range(asked.count("[y/n]: "))]
+    fields = sandbox.build.writable.copy()
     names = {}  # that are asked for, by their bounds
-    for way in ways:
-        asked = machine.run_on_terminal(*WIZARD, typed=way + "x\n").out
+    for dialogue in dialogues:
+        asked = sandbox.run_on_terminal(*WIZARD, typed=dialogue + "x\n").out
         question = re.search(r"((\w+)(?: \(0=.*\))?) (\[(\S+)\.\.(\S+)\]): (Invalid (?!number).*)", asked)
         label, name, bounds, *limits, refusal = question.groups()
         minimum, maximum = (int(float(limit)) for limit in limits)
-        outcome = machine.run_on_terminal(*WIZARD, typed=f"{way}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
+        outcome = sandbox.run_on_terminal(*WIZARD, typed=f"{dialogue}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
         assert outcome.out.count("Out of range.\n" + question[0].removesuffix(refusal)) == 2
         field = fields.pop(next(path for path in fields if path.endswith(name)))
         written = field.pack(maximum) if field.is_real else maximum.to_bytes(8, "little")[:field.size]
@@ -83,9 +83,9 @@ def test_every_field_has_its_bounds(machine):
 
 
 @unsanitized
-def test_an_editor_without_memory_returns(machine):
-    machine.environment["REFUSE"] = "30277"
-    outcome = machine.run_on_terminal(*WIZARD, typed="1\n2\n2\n0\n")
+def test_an_editor_without_memory_returns(sandbox):
+    sandbox.environment["FAIL_MALLOC"] = "30277"
+    outcome = sandbox.run_on_terminal(*WIZARD, typed="1\n2\n2\n0\n")
     assert outcome.out.count("Select [0..3]: \nNext?\n") == 2
     assert outcome.calls == []
 
@@ -93,8 +93,8 @@ def test_an_editor_without_memory_returns(machine):
 @pytest.mark.parametrize("typed, last_read, prompt", [
     ("3\n0\n", "1", "Select policy index [0..15]: "),
     ("1\n2\nn\nn\n", "2", "Overwrite sysPL2? (default: n) [y/n]: ")])
-def test_every_prompt_is_out_before_it_reads(machine, typed, last_read, prompt):
-    machine.environment["END_AT_READ"] = last_read
-    outcome = machine.run_on_terminal(*WIZARD, typed=typed, redirections=f"exec >{machine.directory}/out;")
-    with open(machine.directory + "/out") as file:
+def test_every_prompt_is_out_before_it_reads(sandbox, typed, last_read, prompt):
+    sandbox.environment["END_AT_READ"] = last_read
+    outcome = sandbox.run_on_terminal(*WIZARD, typed=typed, redirections=f"exec >{sandbox.directory}/out;")
+    with open(sandbox.directory + "/out") as file:
         assert file.read().endswith(prompt)
