@@ -1,5 +1,5 @@
-"""Runs the built programs as a user does, with sections of the test's own making in the shared
-memory and the recorder between a program and the platform's libraries."""
+"""Runs the built programs as a user does, with the test's own sections in the shared memory and the recorder
+between a program and the platform's libraries."""
 import difflib
 import functools
 import os
@@ -17,9 +17,11 @@ import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 GOLDEN = ROOT / "tests/golden"
-# What tests that load a library into Python, or have the C library refuse memory, run with.
-native = pytest.mark.builds("release", "coverage")
-unsanitized = pytest.mark.builds("release", "controller", "coverage")
+SOURCES = [*ROOT.glob("CMakeLists.txt"), *ROOT.glob("tests/*.c*"),
+           *(file for part in ("src", "orbelstatctl", "standin", "demo", "cmake") for file in ROOT.glob(part + "/**/*.[cht]*"))]
+# Builds for tests that load a library into Python (native) or make malloc fail (unsanitized).
+unsanitized = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags)
+native = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags and not build.emulator)
 
 CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I",
          "float": "f", "double": "d"}
@@ -59,15 +61,20 @@ class Outcome:
 
 
 class Build:
+    """A directory of programs: build/NAME or, if the name contains a slash, one that was configured by hand."""
+
     def __init__(self, name):
-        self.directory = ROOT / "build" / name
+        self.directory = pathlib.Path(name).resolve() if "/" in name else ROOT / "build" / name
         self.program = str(self.directory / "orbelstatprobe")
-        with open(self.program, "rb") as file:
-            is_arm = file.read(20)[18] == 0xB7
+        stamp, newest = self.directory / "built", max(SOURCES, key=lambda file: file.stat().st_mtime)
+        if not stamp.exists() or stamp.stat().st_mtime < newest.stat().st_mtime:
+            raise pytest.UsageError(f"{self.directory} is not built, or older than {newest}: run scripts/test {name}")
+        self.flags = "".join(re.findall("^CMAKE_.*FLAGS.*", (self.directory / "CMakeCache.txt").read_text(), re.M))
+        is_arm = pathlib.Path(self.program).read_bytes()[18] == 0xB7
         self.emulator = ["qemu-aarch64", "-L", "/usr/aarch64-linux-gnu"] if is_arm else []
 
     def command(self, program, *arguments, **settings):
-        """The words that run a program, with these variables in its environment, or without those that are None."""
+        """The command line that runs a program with these environment variables; those that are None are unset."""
         # To the emulator itself the environment means something else.
         unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
         words = self.emulator.copy() or ["env"]
@@ -254,7 +261,10 @@ def compare_with_golden(name, text):
 def entries_of(name):
     """What a transcript has after each line "$ COMMAND ->", by the commands."""
     _, *parts = re.split(r"^\$ (.*?) ->(?: |$)", golden(name), flags=re.M)
-    return dict(zip(parts[::2], parts[1::2]))
+    entries = dict(zip(parts[::2], parts[1::2]))
+    if len(entries) < len(re.findall(r"^\$ ", golden(name), re.M)):
+        raise pytest.UsageError(f"tests/golden/{name}: two entries are alike, or one has no ->; no test reads them")
+    return entries
 
 
 def compare_with_entry(name, command, happened, text):

@@ -67,7 +67,7 @@ def test_a_wrong_row_does_not_compile(row, reason):
     assert reason in result.stderr
 
 
-@pytest.mark.builds("release", "controller")  # unoptimised, calls of the C library are not fortified
+@pytest.mark.builds(lambda build: "-D_FORTIFY_SOURCE=3" in build.flags)
 @pytest.mark.parametrize("program", ["orbelstatprobe", "orbelstatctl"])
 def test_programs_are_hardened(build, program):
     path = build.directory / program

@@ -7,10 +7,10 @@ import string
 import subprocess
 
 import pytest
-from harness import FORMS, ROOT, golden
+from harness import FORMS, ROOT, golden, native
 from test_reports import REPORTS
 
-pytestmark = pytest.mark.builds("release")
+pytestmark = native
 README = (ROOT / "README.md").read_text()
 PROGRAMS = "orbelstatprobe", "orbelstatctl", "tolmfill"
 MANUALS = {name: (ROOT / "man" / f"{name}.1").read_text() for name in PROGRAMS}
