@@ -2,17 +2,14 @@
 between a program and the platform's libraries."""
 import difflib
 import functools
-import os
 import pathlib
-import pty
 import re
 import struct
 import subprocess
 import tempfile
-import termios
-import threading
 from dataclasses import dataclass
 
+import pexpect
 import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -54,6 +51,7 @@ class Outcome:
     err: str
     status: int
     calls: list  # of the platform's libraries, as the recorder writes them
+    pieces: list  # of a dialogue
 
     def only(self, kind):
         """The calls that begin with "read", "write" or "name"."""
@@ -181,41 +179,32 @@ class Sandbox:
         limit = ["timeout", "--foreground", "-s", "KILL", "100"]  # a program that hangs is killed
         return [*limit, *shell, *self.build.command(program, *arguments, **settings)]
 
-    def outcome(self, out, err, status):
-        calls = self.calls.read_text("latin-1").splitlines()
-        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status, calls)
+    def outcome(self, out, err, status, pieces=()):
+        return Outcome(out, err, status, self.calls.read_text("latin-1").splitlines(), pieces)
 
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
         """Standard input is no terminal: the wizard may not read it. `redirections` are commands of the shell
         before the program's."""
         result = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
-                               capture_output=True)
-        return self.outcome(result.stdout, result.stderr, result.returncode)
+                                capture_output=True)
+        return self.outcome(result.stdout.decode("latin-1"), result.stderr.decode("latin-1"), result.returncode)
 
     def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
-        """Standard input and output are a terminal without echo, on which `typed` waits to be read, followed by
-        the end of input, even in mid-line: no dialogue waits for ever."""
-        terminal, slave = pty.openpty()
-        # No translation of line ends either: what is read is what was printed.
-        *_, characters = termios.tcgetattr(slave)
-        termios.tcsetattr(slave, termios.TCSANOW, [0, 0, termios.CS8 | termios.CREAD, termios.ICANON,
-                                                   termios.B38400, termios.B38400, characters])
-        os.write(terminal, typed.encode("latin-1") + b"\4\4")
-        with tempfile.TemporaryFile() as errors:
-            process = subprocess.Popen(self.command(program, arguments, redirections), stdin=slave, stdout=slave,
-                                       stderr=errors)
-            # The program's end of the terminal stays open here, and a mark after its last words tells that all
-            # is read: what a terminal holds when its last user goes can get lost.
-            mark, text = b"\1end of output\1", b""
-            waiter = threading.Thread(target=lambda: (process.wait(), os.write(slave, mark)))
-            waiter.start()
-            while not text.endswith(mark):
-                text += os.read(terminal, 4096)
-            waiter.join()
-            os.close(terminal)
-            os.close(slave)
-            errors.seek(0)
-            return self.outcome(text[:-len(mark)], errors.read(), process.returncode)
+        """Types each line at a prompt, on a terminal that shows what a person sees. "\\4\\4" is the end of input, even
+        in mid-line, and follows the last line. `pieces` of the outcome end at the prompts: each but the first begins
+        with a line that was typed."""
+        # The shell stays until everything is read: text may get lost when a terminal's last user exits.
+        shell = ["sh", "-c", '"$@"; printf "\\1%d\\1" $?; read -r end', "sh"]
+        child = pexpect.spawn(shell[0], [*shell[1:], *self.command(program, arguments, redirections)], timeout=100,
+                              encoding="latin-1")
+        child.delaybeforesend = None
+        lines, pieces = iter(re.findall("[^\n\4]*(?:\n|\4\4)", typed + "\4\4")), []
+        while child.expect([r"(?:\.\.\S+|y/n)\]: ", "\1(\\d+)\1"]) == 0:
+            pieces.append((child.before + child.after).replace("\r\n", "\n"))
+            child.send(next(lines, ""))
+        pieces.append(child.before.replace("\r\n", "\n"))
+        child.close(force=True)
+        return self.outcome("".join(pieces), "", int(child.match[1]), pieces)
 
 
 def lines_of(text):
