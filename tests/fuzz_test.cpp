@@ -1,7 +1,7 @@
-// Runs the programs in this process with arguments, typed lines, sections, captures, results and
-// names that all come from one input, over a library that checks every call; the wizard also with
-// dialogues that go deep into it, and operations with numbers that no command line leads to.
-// scripts/fuzz has libFuzzer make the inputs; the test makes random ones, the same each time.
+// Runs the programs in this process over a mock of the platform's library that checks every call.
+// Arguments, typed lines, sections, captures, results and names all come from one input. Operations
+// are also called with numbers that no command line lets through. scripts/fuzz has libFuzzer make
+// the inputs; the test makes random ones, the same each time.
 #undef NDEBUG // the checks are assertions
 #include "cli/command_line.h"
 #include "orbelstatctl/commands.h"
@@ -12,19 +12,19 @@
 #include "upm/upm_block.h"
 
 #include <algorithm>
-#include <bitset>
 #include <cassert>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <span>
-#include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
 
-// In an order in which they make sense.
+// The order matters: nextWord() mostly takes the next word, so neighbours should form valid command
+// lines.
 // clang-format off
 static constexpr const char *probeWords[] = {
     "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t", "-r", "-u", "-p", "-c",
@@ -42,28 +42,30 @@ static const char *const ctlWords[] = {
     "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "-w", "upm.policies[*]", "config", "json",
     "--from", oldCapture, "table", "upm.policies[1..3]", "name", "state", "--from", newCapture,
     "get", "-n", "diff", oldCapture, newCapture, "metrics", "psu", "json", "--from", oldCapture};
-// Dialogues with the wizard: a digit is typed unchanged, and for each letter what suits its
-// prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
-static constexpr std::string_view dialogues[] = {
-    "11cqqqqq1cqqqqq2qq01", "12qq1cqqqqq02", "2cqqqqqcqqqqqb1", "2cqqqqqcqqqqqcqqqqqb2",
-    "3pfvfvfvfv01", "3pfvfvfvfvfvfvfv02", "3pfvfvfvfvfvfvfvfvfvfvfv02"};
 // clang-format on
 
-static std::span<const char *const> words;           // of the program that runs
-static uint8_t contents[powerReportingSection.size]; // of each section, as far as it goes
-static const uint8_t *input;                         // what is left of it, and a zero
+static std::span<const char *const> words; // of the program that runs
+// Of each section, as far as it goes.
+static uint8_t contents[std::ranges::max(allSections, {}, &Section::size).size];
+static const uint8_t *input; // what is left of it, and a zero
 static size_t remaining;
 static size_t lastWord;
-static FILE *typed;            // what the program reads as typed on a terminal
-static bool isAnyPlaceWritten; // in the block, and not only fields with values in bounds
-static size_t writes;          // calls of the library in this run
-static std::bitset<sizeof contents> fieldsSeen; // at their offsets, those written in all runs
+static FILE *typed;                       // what the program reads as typed on a terminal
+static bool isAnyPlaceWritten;            // in the block, and not only fields with values in bounds
+static size_t writes;                     // calls of the library in this run
+static std::set<const Row *> rowsWritten; // in all runs
 
 static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
     return remaining == 0 ? 0 : (--remaining, *input++ % limit);
 }
 
-// The word after the last one, another or, less often, the text that comes next in the input.
+static const std::vector<Field> &writableFields() {
+    static const std::vector<Field> fields = fieldsOf({{}}, Kind::writable);
+    return fields;
+}
+
+// Returns the word after the last one, another one or, less often, the text that comes next in the
+// input.
 static const char *nextWord() {
     const size_t choice = nextBelow(16);
     if (choice < 15) {
@@ -104,16 +106,16 @@ extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offse
     memcpy(&value, bytes, std::min(size, sizeof value));
     const auto isAllowed = [&](const Field &field) {
         const Row *row = field.node->row;
-        return field.node->isWritable() && field.offset == place && row->size == size &&
+        return field.node->section.id == id && field.offset == place && row->size == size &&
                (value <= *row->bound || row->type == Type::f64);
     };
-    static const std::vector<Field> fields = fieldsOf({parsePath("upm", "")});
-    const bool isField = std::ranges::any_of(fields, isAllowed);
-    assert(id == powerReportingSection.id);
-    assert(isField || (start == policyDataOffset && size == policyDataSize) ||
-           (isAnyPlaceWritten && start + size <= sizeof(sUpmBlock)));
-    if (isField) {
-        fieldsSeen.set(place);
+    const auto field = std::ranges::find_if(writableFields(), isAllowed);
+    if (field != writableFields().end()) {
+        rowsWritten.insert(field->node->row);
+    } else {
+        assert(id == powerReportingSection.id);
+        assert((start == policyDataOffset && size == policyDataSize) ||
+               (isAnyPlaceWritten && start + size <= sizeof(sUpmBlock)));
     }
     ++writes;
     return copy(contents + offset, bytes, length);
@@ -151,31 +153,31 @@ static void makeCapture(const std::string &directory) {
     }
 }
 
-// Types the answer for a letter of a dialogue; less often whatever word comes next before it.
-static void typeAnswer(char letter) {
-    if (nextBelow(64) == 63) {
+// Types an answer for the wizard: yes, no or a number that its menus and fields may accept; less
+// often another word.
+static void typeAnswer() {
+    const size_t choice = nextBelow(64);
+    if (choice == 63) {
         fprintf(typed, "%s\n", nextWord());
-    }
-    if (letter == 'q') {
-        fputs(nextBelow(2) == 1 ? "y\n1\n" : "n\n", typed);
-    } else if (letter == 'b') {
-        fputs("-1\n", typed);
-    } else if (letter >= 'a') {
-        const int limit = letter == 'c' ? cpuCount : letter == 'p' ? policyCount : 30;
-        const size_t first = letter == 'f' ? 1 : 0;
-        fprintf(typed, "%zu\n", first + nextBelow(letter == 'v' ? 2 : static_cast<size_t>(limit)));
+    } else if (choice < 16) {
+        fputs(choice < 8 ? "y\n" : "n\n", typed);
     } else {
-        fprintf(typed, "%c\n", letter);
+        fprintf(typed, "%zd\n", static_cast<ssize_t>(nextBelow(std::size(policyRows) + 1)) - 1);
     }
 }
 
-// One that lies at an edge, or a small one.
+static void typeAssignment() {
+    const size_t number = (256 * nextBelow(256) + nextBelow(256)) % writableFields().size();
+    fprintf(typed, "%s=%zu\n", writableFields()[number].path.c_str(), nextBelow(3));
+}
+
+// Returns a size next to `edge` or to SIZE_MAX, or a small one.
 static size_t sizeAround(size_t edge) {
     const size_t choice = nextBelow(4);
     return choice == 0 ? nextBelow(256) : (choice == 1 ? SIZE_MAX : edge) + nextBelow(3) - 1;
 }
 
-// The operations guard themselves.
+// Calls operations with numbers that no command line lets through; they must reject them.
 static void callOperations() {
     static const uint8_t bytes[sizeof(sUpmBlock)] = {};
     const auto policy = static_cast<uint32_t>(sizeAround(policyCount));
@@ -198,7 +200,7 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
     int count = 4;
     if (isDialogue) {
         for (const size_t rest = remaining / 2; remaining > rest;) {
-            std::ranges::for_each(dialogues[nextBelow(std::size(dialogues))], typeAnswer);
+            typeAnswer();
         }
     } else {
         count = 1 + static_cast<int>(nextBelow(9));
@@ -207,8 +209,9 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
         if (isOrbelstatctl && nextBelow(8) != 0) {
             arguments[1] = ctlWords[nextBelow(commandCount)];
         }
+        const bool areAssignments = nextBelow(2) == 1;
         for (size_t lines = nextBelow(256); lines > 0; --lines) {
-            fprintf(typed, "%s\n", nextWord());
+            areAssignments ? typeAssignment() : (void)fprintf(typed, "%s\n", nextWord());
         }
     }
     arguments[count] = nullptr;
@@ -258,6 +261,8 @@ int main() {
         std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
         LLVMFuzzerTestOneInput(bytes, sizeof bytes);
     }
-    assert(fieldsSeen.count() > 500); // of 522 that may be written
+    for (const Field &field : writableFields()) {
+        assert(rowsWritten.count(field.node->row) == 1);
+    }
 }
 #endif
