@@ -241,7 +241,7 @@ EDGES = [
     ("-u -p 4", "\n (null)(4).state -", {}, {"POLICY_NAME": ""}),  # which is none
     ("-e", "PinMax ------------- 0\n   sPSUPwrSection.u16VinDCMax ------------- -3\n   sPSUPwrSection.u16IinMax",
      {"psu[0].psuType": 1, "psu[0].u16VinDCMax": 2**32 - 3}, {}),
-    *(("-u -t", f"Timestamp: {text}\n", {"upm.timestamp": milliseconds}, {"FAIL_TIME": failing})
+    *(("-u -t", f"Timestamp: {text}\n", {"upm.timestamp": milliseconds}, {"FAIL_CALL": failing})
       for milliseconds, text, failing in [
           (0, "Thu Jan 01 00:00:00.000 1970", ""), (0, "<invalid time>", "localtime_r"),
           (253402300800000, "Sat Jan 01 00:00:00.000 10000", ""), (0, "<formatting error>", "strftime"),
