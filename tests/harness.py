@@ -268,7 +268,7 @@ def compare_with_entry(name, command, happened, text):
 
 
 def settings_and_words(command):
-    """Splits "NAME=VALUE; WORDS", of which the first part may be missing, and undoes escapes."""
-    setting, separator, words = command.rpartition("; ")
+    """Splits "NAME=VALUE...; WORDS", of which the first part may be missing, and undoes escapes."""
+    settings, _, words = command.rpartition("; ")
     words = re.sub(r"\\x(..)", lambda match: chr(int(match[1], 16)), words)
-    return dict([setting.split("=", 1)] if separator else []), words
+    return dict(setting.split("=", 1) for setting in settings.split()), words
