@@ -1,30 +1,28 @@
-// Runs the programs in this process with arguments, typed lines, sections, captures, results and
-// names that all come from one input, over a library that checks every call; the wizard also with
-// dialogues that go deep into it, and operations with numbers that no command line leads to.
+// Runs the programs in this process over a mock of the platform's library that checks every call.
+// Arguments, typed lines, sections, captures, results and names all come from one input.
 // scripts/fuzz has libFuzzer make the inputs; the test makes random ones, the same each time.
 #undef NDEBUG // the checks are assertions
 #include "cli/command_line.h"
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/paths.h"
-#include "sections/psu_info.h"
 #include "upm/policy_report.h"
 #include "upm/policy_writes.h"
 #include "upm/upm_block.h"
 
 #include <algorithm>
-#include <bitset>
 #include <cassert>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <span>
-#include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
 
-// In an order in which they make sense.
+// The order matters: nextWord() mostly takes the next word, so neighbours should form valid command
+// lines.
 // clang-format off
 static constexpr const char *probeWords[] = {
     "-d", "-w", "-u", "-c", "-o", "-u", "-p", "-a", "-e", "-u", "-t", "-r", "-u", "-p", "-c",
@@ -33,65 +31,62 @@ static constexpr const char *probeWords[] = {
 static const std::string captures = "/dev/shm/orbel-fuzz-" + std::to_string(getpid());
 static const std::string oldPath = captures + "/old", newPath = captures + "/new";
 static const char *const oldCapture = oldPath.c_str(), *const newCapture = newPath.c_str();
-static constexpr size_t commandCount = 7; // that the words begin with
-static const char *const companionWords[] = {
-    "get", "set", "list", "json", "table", "metrics", "diff",
+static constexpr size_t commandCount = 9; // that the words begin with
+static const char *const ctlWords[] = {
+    "get", "set", "list", "json", "table", "metrics", "diff", "undo", "wait",
     "set", "upm.policies[3].state=1", "get", "upm.policies[15]", "set", "-", "json", "psu[2..4]",
     "upm.policies[3].SFOffset=32768", "set", "--dry-run", "upm.cpuPwrThermal.dimmPwr[1]=nan",
     "list", "-a", "upm", "set", "upm.powerLimits.cpuPPL[*]=100000", "upm.powerLimits.sysPL2=7",
     "upm.cpuPwrThermal.dimmPwr[3]=-1e9", "get", "-w", "upm.policies[*]", "config", "json",
-    "--from", oldCapture, "table", "upm.policies[1..3]", "name", "state", "--from", newCapture,
-    "get", "-n", "diff", oldCapture, newCapture, "metrics", "psu", "json", "--from", oldCapture};
-// Ways through the wizard: a digit is typed unchanged, and for each letter what suits its
-// prompt: a CPU, a policy, a field, a value, yes or no with a value, back from the thermal editor.
-static constexpr std::string_view ways[] = {
-    "11cqqqqq1cqqqqq2qq01", "12qq1cqqqqq02", "2cqqqqqcqqqqqb1", "2cqqqqqcqqqqqcqqqqqb2",
-    "3pfvfvfvfv01", "3pfvfvfvfvfvfvfv02", "3pfvfvfvfvfvfvfvfvfvfvfv02"};
+    "--from", oldCapture, "table", "upm.policies[1..3]", "name", "-t", "--csv", "--from", newCapture,
+    "get", "-n", "diff", "-w", "-p", "upm", oldCapture, newCapture, "metrics", "psu", "undo", "-",
+    "--force", "upm.policies[3].state: 1 -> 0", "upm.powerLimits.sysPL1: -1 -> 7", "wait",
+    "upm.policies[*].state>=1", "psu[0].Pin!=1e3", "upm.policies[3].name=x", "#"};
 // clang-format on
 
-static std::span<const char *const> words;           // of the program that runs
-static uint8_t contents[powerReportingSection.size]; // of each section, as far as it goes
-static const uint8_t *input;                         // what is left of it, and a zero
-static size_t left;
+static std::span<const char *const> words; // of the program that runs
+// Of each section, as far as it goes.
+static uint8_t contents[std::ranges::max(allSections, {}, &Section::size).size];
+static const uint8_t *input; // what is left of it, and a zero
+static size_t remaining;
 static size_t lastWord;
-static FILE *typed;            // what the program reads as typed on a terminal
-static bool isAnyPlaceWritten; // in the block, and not only fields with values in bounds
-static size_t writes;          // calls of the library in this run
-static std::bitset<sizeof contents> fieldsSeen; // at their offsets, those written in all runs
+static FILE *typed;                       // what the program reads as typed on a terminal
+static std::set<const Row *> rowsWritten; // in all runs
 
-static size_t below(size_t limit) { // at most 256; 0 once the input has ended
-    return left == 0 ? 0 : (--left, *input++ % limit);
+static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
+    return remaining == 0 ? 0 : (--remaining, *input++ % limit);
 }
 
-// The word after the last one, another or, less often, the text that comes next in the input.
+static const std::vector<Field> &writableFields() {
+    static const std::vector<Field> fields = expandPaths({Path()}, Kind::writable);
+    return fields;
+}
+
+// Returns the word after the last one, another one or, less often, the text that comes next in the
+// input.
 static const char *nextWord() {
-    const size_t choice = below(16);
+    const size_t choice = nextBelow(16);
     if (choice < 15) {
-        lastWord = (choice < 12 ? lastWord + 1 : below(256)) % words.size();
+        lastWord = (choice < 12 ? lastWord + 1 : nextBelow(256)) % words.size();
         return words[lastWord];
     }
     const auto *text = reinterpret_cast<const char *>(input);
     input += strlen(text);
-    left -= strlen(text);
+    remaining -= strlen(text);
     return text;
 }
 
 static int copy(uint8_t *to, const uint8_t *from, int32_t length) {
-    if (below(16) == 15) {
-        return static_cast<int>(below(256)) - 256;
+    if (nextBelow(16) == 15) {
+        return static_cast<int>(nextBelow(256)) - 256;
     }
     memcpy(to, from, static_cast<size_t>(length));
     return 0;
 }
 
 extern "C" int Tolm_shm_memread(int32_t id, uint8_t *bytes, int32_t offset, int32_t length) {
-    constexpr int32_t buses = offsetof(sPSUInfoSection, buses);
-    const bool isOfBus = offset >= buses;
-    const int32_t record = isOfBus ? sizeof(sPSUBusInfo) : sizeof(sTolmAbsPSUInfo);
-    const bool isRecord = length == record && (offset - isOfBus * buses) % record == 0;
     const bool isAllowed = std::ranges::any_of(allSections, [=](Section section) {
-        return section.id == id && 0 <= offset && offset <= section.size - length &&
-               (length == section.size || (id == psuInfoSection.id && isRecord));
+        return section.id == id && offset >= 0 && length > 0 && offset <= section.size - length;
     });
     assert(isAllowed);
     return copy(bytes, contents + offset, length);
@@ -99,29 +94,26 @@ extern "C" int Tolm_shm_memread(int32_t id, uint8_t *bytes, int32_t offset, int3
 
 extern "C" int Tolm_shm_memwrite(int32_t id, const uint8_t *bytes, int32_t offset, int32_t length) {
     const auto place = static_cast<size_t>(offset), size = static_cast<size_t>(length);
-    const size_t start = place - upmBlockOffset;
     uint64_t value = 0;
     memcpy(&value, bytes, std::min(size, sizeof value));
     const auto isAllowed = [&](const Field &field) {
-        const Row *row = field.node->row;
-        return field.node->isWritable() && field.offset == place && row->size == size &&
+        const Row *row = field.node().row;
+        return field.node().section.id == id && field.offset == place && row->size == size &&
                (value <= *row->bound || row->type == Type::f64);
     };
-    static const std::vector<Field> fields = fieldsOf({parsePath("upm", "")});
-    const bool isField = std::ranges::any_of(fields, isAllowed);
-    assert(id == powerReportingSection.id);
-    assert(isField || (start == policyDataOffset && size == policyDataSize) ||
-           (isAnyPlaceWritten && start + size <= sizeof(sUpmBlock)));
-    if (isField) {
-        fieldsSeen.set(place);
+    const auto field = std::ranges::find_if(writableFields(), isAllowed);
+    if (field != writableFields().end()) {
+        rowsWritten.insert(field->node().row);
+    } else {
+        assert(id == powerReportingSection.id);
+        assert(place == upmBlockOffset + policyDataOffset && size == policyDataSize);
     }
-    ++writes;
     return copy(contents + offset, bytes, length);
 }
 
 extern "C" const char *policyTypeToString(int16_t policy) {
     assert(0 <= policy && policy < policyCount);
-    return below(16) == 15 ? nullptr : nextWord();
+    return nextBelow(16) == 15 ? nullptr : nextWord();
 }
 
 extern "C" int isatty(int /*descriptor*/) noexcept {
@@ -130,85 +122,66 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
 
 // With what is left of the input, over and over.
 static void fillSections() {
-    for (size_t i = 0; i < sizeof contents; i += left + 1) {
-        memcpy(contents + i, input, std::min(left + 1, sizeof contents - i));
+    for (size_t i = 0; i < sizeof contents; i += remaining + 1) {
+        memcpy(contents + i, input, std::min(remaining + 1, sizeof contents - i));
     }
 }
 
-// Makes a capture of the sections, now and then without one, with less of one, or without names.
+// Makes a capture of the sections, now and then with files that are too short, or with too few
+// names.
 static void makeCapture(const std::string &directory) {
     std::filesystem::create_directories(directory);
     for (const Section section : allSections) {
-        const size_t choice = below(16);
-        if (choice != 15) {
-            std::ofstream(directory + "/section-" + std::to_string(section.id))
-                .write(reinterpret_cast<const char *>(contents),
-                       choice == 14 ? 100 : static_cast<std::streamsize>(section.size));
-        }
+        std::ofstream(directory + "/section-" + std::to_string(section.id))
+            .write(reinterpret_cast<const char *>(contents),
+                   nextBelow(16) == 15 ? 100 : static_cast<std::streamsize>(section.size));
     }
-    for (size_t names = below(4) == 0 ? below(32) : policyCount; names > 0; --names) {
+    for (size_t names = nextBelow(4) == 0 ? nextBelow(32) : policyCount; names > 0; --names) {
         std::ofstream(directory + "/policy-names", std::ios::app) << nextWord() << '\n';
     }
 }
 
-// Types the answer for a letter of a way; less often whatever word comes next before it.
-static void typeAnswer(char letter) {
-    if (below(64) == 63) {
+// Types an answer for the wizard: yes, no or a number that its menus and fields may accept; less
+// often another word.
+static void typeAnswer() {
+    const size_t choice = nextBelow(64);
+    if (choice == 63) {
         fprintf(typed, "%s\n", nextWord());
-    }
-    if (letter == 'q') {
-        fputs(below(2) == 1 ? "y\n1\n" : "n\n", typed);
-    } else if (letter == 'b') {
-        fputs("-1\n", typed);
-    } else if (letter >= 'a') {
-        const int limit = letter == 'c' ? cpuCount : letter == 'p' ? policyCount : 30;
-        const size_t first = letter == 'f' ? 1 : 0;
-        fprintf(typed, "%zu\n", first + below(letter == 'v' ? 2 : static_cast<size_t>(limit)));
+    } else if (choice < 16) {
+        fputs(choice < 8 ? "y\n" : "n\n", typed);
     } else {
-        fprintf(typed, "%c\n", letter);
+        fprintf(typed, "%zd\n", static_cast<ssize_t>(nextBelow(std::size(policyRows) + 1)) - 1);
     }
 }
 
-// One that lies at an edge, or a small one.
-static size_t sizeAround(size_t edge) {
-    const size_t choice = below(4);
-    return choice == 0 ? below(256) : (choice == 1 ? SIZE_MAX : edge) + below(3) - 1;
+static void typeAssignment() {
+    const size_t number = (256 * nextBelow(256) + nextBelow(256)) % writableFields().size();
+    fprintf(typed, "%s=%zu\n", writableFields()[number].path.c_str(), nextBelow(3));
 }
 
-// The operations guard themselves.
-static void callOperations() {
-    static const uint8_t bytes[sizeof(sUpmBlock)] = {};
-    const auto policy = static_cast<uint32_t>(sizeAround(policyCount));
-    fillSections();
-    showPolicy(policy); // whose names are asked for with numbers of policies only
-    writePolicyState(policy, static_cast<int32_t>(below(2)));
-    assert(writes == (policy < policyCount ? 1U : 0U));
-
-    const size_t offset = sizeAround(sizeof bytes);
-    const size_t length = sizeAround(offset <= sizeof bytes ? sizeof bytes - offset : 1);
-    const bool isInside = offset <= sizeof bytes && length <= sizeof bytes - offset;
-    writes = 0;
-    const int result = writeUpmBlock(offset, bytes, length);
-    assert(writes == (isInside ? 1U : 0U));
-    assert(isInside || result == -ERANGE);
-}
-
-static void runProgram(bool isCompanion, bool isDialogue) {
-    const char *arguments[10] = {"program", "-w", "-u", "-m"};
+static void runProgram(bool isOrbelstatctl, bool isDialogue) {
+    const char *arguments[12] = {"program", "-w", "-u", "-m"};
     int count = 4;
     if (isDialogue) {
-        for (const size_t rest = left / 2; left > rest;) {
-            std::ranges::for_each(ways[below(std::size(ways))], typeAnswer);
+        for (const size_t rest = remaining / 2; remaining > rest;) {
+            typeAnswer();
         }
     } else {
-        count = 1 + static_cast<int>(below(9));
-        words = isCompanion ? std::span<const char *const>(companionWords) : probeWords;
+        count = 1 + static_cast<int>(nextBelow(9));
+        words = isOrbelstatctl ? std::span<const char *const>(ctlWords) : probeWords;
         std::generate(arguments + 1, arguments + count, nextWord);
-        if (isCompanion && below(8) != 0) {
-            arguments[1] = companionWords[below(commandCount)];
+        if (isOrbelstatctl && nextBelow(8) != 0) {
+            arguments[1] = ctlWords[nextBelow(commandCount)];
         }
-        for (size_t lines = below(256); lines > 0; --lines) {
-            fprintf(typed, "%s\n", nextWord());
+        if (isOrbelstatctl && count > 1 && strcmp(arguments[1], "wait") == 0) { // which must end
+            const auto isOption = [](const char *word) { return word[0] == '-'; };
+            std::replace_if(arguments + 2, arguments + count, isOption, "upm.policies[3].state=1");
+            arguments[count++] = "-t";
+            arguments[count++] = "0";
+        }
+        const bool areAssignments = nextBelow(2) == 1;
+        for (size_t lines = nextBelow(256); lines > 0; --lines) {
+            areAssignments ? typeAssignment() : (void)fprintf(typed, "%s\n", nextWord());
         }
     }
     arguments[count] = nullptr;
@@ -216,22 +189,17 @@ static void runProgram(bool isCompanion, bool isDialogue) {
     fillSections();
     optind = opterr = 0; // getopt starts anew and is quiet
     auto *argv = const_cast<char **>(arguments);
-    if (!isCompanion) {
+    if (!isOrbelstatctl) {
         const int status = runCommandLine(count, argv);
         assert(-1 <= status && status <= 1);
         return;
     }
-    if (below(4) == 0) {
+    if (nextBelow(4) == 0) {
         makeCapture(oldCapture);
         makeCapture(newCapture);
     }
-    try {
-        const int status = runCompanion(count, argv);
-        assert(0 <= status && status <= 2);
-    } catch (const Stop &stop) {
-        assert(stop.status == failed || stop.status == refused);
-    } catch (const std::filesystem::filesystem_error & /*a name that is too long*/) {
-    }
+    const auto [status, ifOutputIsLost] = runOrbelstatctl(count, argv);
+    assert(status <= ExitStatus::usageError && ifOutputIsLost != ExitStatus::success);
     std::filesystem::remove_all(captures);
 }
 
@@ -239,25 +207,37 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::vector<uint8_t> terminated(data, data + size);
     terminated.push_back(0);
     input = terminated.data();
-    left = size;
-    lastWord = writes = 0;
+    remaining = size;
+    lastWord = 0;
     words = probeWords;
     typed = stdin = fdopen(memfd_create("typed", 0), "w+");
-    const size_t choice = below(8);
-    isAnyPlaceWritten = choice == 7;
-    choice == 7 ? callOperations() : runProgram(choice < 3, choice >= 5);
+    const size_t choice = nextBelow(8);
+    runProgram(choice < 3, choice >= 5);
     fclose(typed);
     return 0;
 }
 
 #ifdef SEEDED
+// Calls operations with numbers that no command line lets through; they must reject them.
+static void callOperations() {
+    showPolicy(policyCount);
+    writePolicyState(policyCount, 1);
+    assert(writeUpmBlock(sizeof(sUpmBlock), contents, 1) == -ERANGE);
+    assert(writeUpmBlock(1, contents, sizeof(sUpmBlock)) == -ERANGE);
+    assert(writeUpmBlock(SIZE_MAX, contents, 2) == -ERANGE);
+    assert(writeUpmBlock(2, contents, SIZE_MAX) == -ERANGE);
+}
+
 int main() {
     stdout = fopen("/dev/null", "w");
+    callOperations();
     for (int run = 0; run < 2500; ++run) {
         uint8_t bytes[1000];
         std::ranges::generate(bytes, [] { return static_cast<uint8_t>(rand() >> 8); });
         LLVMFuzzerTestOneInput(bytes, sizeof bytes);
     }
-    assert(fieldsSeen.count() > 500); // of 522 that may be written
+    for (const Field &field : writableFields()) {
+        assert(rowsWritten.count(field.node().row) == 1);
+    }
 }
 #endif

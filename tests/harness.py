@@ -1,25 +1,24 @@
-"""Runs the built programs as a user does, with sections of the test's own making in the shared
-memory and the recorder between a program and the platform's libraries."""
+"""Runs the built programs as a user does, with the test's own sections in the shared memory and the recorder
+between a program and the platform's libraries."""
 import difflib
 import functools
-import os
 import pathlib
-import pty
 import re
 import struct
 import subprocess
 import tempfile
-import termios
-import threading
 from dataclasses import dataclass
 
+import pexpect
 import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 GOLDEN = ROOT / "tests/golden"
-# What tests that load a library into Python, or have the C library refuse memory, run with.
-native = pytest.mark.builds("release", "coverage")
-unsanitized = pytest.mark.builds("release", "controller", "coverage")
+SOURCES = [*ROOT.glob("CMakeLists.txt"), *ROOT.glob("tests/*.c*"),
+           *(file for part in ("src", "orbelstatctl", "standin", "demo", "cmake") for file in ROOT.glob(part + "/**/*.[cht]*"))]
+# Builds for tests that load a library into Python (native) or make malloc fail (unsanitized).
+unsanitized = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags)
+native = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags and not build.emulator)
 
 CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I",
          "float": "f", "double": "d"}
@@ -52,6 +51,7 @@ class Outcome:
     err: str
     status: int
     calls: list  # of the platform's libraries, as the recorder writes them
+    pieces: list  # of a dialogue
 
     def only(self, kind):
         """The calls that begin with "read", "write" or "name"."""
@@ -59,15 +59,20 @@ class Outcome:
 
 
 class Build:
+    """A directory of programs: build/NAME or, if the name contains a slash, one that was configured by hand."""
+
     def __init__(self, name):
-        self.directory = ROOT / "build" / name
+        self.directory = pathlib.Path(name).resolve() if "/" in name else ROOT / "build" / name
         self.program = str(self.directory / "orbelstatprobe")
-        with open(self.program, "rb") as file:
-            is_arm = file.read(20)[18] == 0xB7
+        stamp, newest = self.directory / "built", max(SOURCES, key=lambda file: file.stat().st_mtime)
+        if not stamp.exists() or stamp.stat().st_mtime < newest.stat().st_mtime:
+            raise pytest.UsageError(f"{self.directory} is not built, or older than {newest}: run scripts/test {name}")
+        self.flags = "".join(re.findall("^CMAKE_.*FLAGS.*", (self.directory / "CMakeCache.txt").read_text(), re.M))
+        is_arm = pathlib.Path(self.program).read_bytes()[18] == 0xB7
         self.emulator = ["qemu-aarch64", "-L", "/usr/aarch64-linux-gnu"] if is_arm else []
 
     def command(self, program, *arguments, **settings):
-        """The words that run a program, with these variables in its environment, or without those that are None."""
+        """The command line that runs a program with these environment variables; those that are None are unset."""
         # To the emulator itself the environment means something else.
         unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
         words = self.emulator.copy() or ["env"]
@@ -126,7 +131,7 @@ class Build:
         return sections
 
 
-class Machine:
+class Sandbox:
     """Sections in a directory, "section-<n>", zeros at first, and the programs of a build."""
     is_recording = False
 
@@ -174,41 +179,32 @@ class Machine:
         limit = ["timeout", "--foreground", "-s", "KILL", "100"]  # a program that hangs is killed
         return [*limit, *shell, *self.build.command(program, *arguments, **settings)]
 
-    def outcome(self, out, err, status):
-        calls = self.calls.read_text("latin-1").splitlines()
-        return Outcome(out.decode("latin-1"), err.decode("latin-1"), status, calls)
+    def outcome(self, out, err, status, pieces=()):
+        return Outcome(out, err, status, self.calls.read_text("latin-1").splitlines(), pieces)
 
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
         """Standard input is no terminal: the wizard may not read it. `redirections` are commands of the shell
         before the program's."""
-        ended = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
-                               capture_output=True)
-        return self.outcome(ended.stdout, ended.stderr, ended.returncode)
+        result = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
+                                capture_output=True)
+        return self.outcome(result.stdout.decode("latin-1"), result.stderr.decode("latin-1"), result.returncode)
 
     def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
-        """Standard input and output are a terminal without echo, on which `typed` waits to be read, followed by
-        the end of input, even in mid-line: no dialogue waits for ever."""
-        terminal, slave = pty.openpty()
-        # No translation of line ends either: what is read is what was printed.
-        *_, characters = termios.tcgetattr(slave)
-        termios.tcsetattr(slave, termios.TCSANOW, [0, 0, termios.CS8 | termios.CREAD, termios.ICANON,
-                                                   termios.B38400, termios.B38400, characters])
-        os.write(terminal, typed.encode("latin-1") + b"\4\4")
-        with tempfile.TemporaryFile() as errors:
-            process = subprocess.Popen(self.command(program, arguments, redirections), stdin=slave, stdout=slave,
-                                       stderr=errors)
-            # The program's end of the terminal stays open here, and a mark after its last words tells that all
-            # is read: what a terminal holds when its last user goes can get lost.
-            mark, text = b"\1end of output\1", b""
-            waiter = threading.Thread(target=lambda: (process.wait(), os.write(slave, mark)))
-            waiter.start()
-            while not text.endswith(mark):
-                text += os.read(terminal, 4096)
-            waiter.join()
-            os.close(terminal)
-            os.close(slave)
-            errors.seek(0)
-            return self.outcome(text[:-len(mark)], errors.read(), process.returncode)
+        """Types each line at a prompt, on a terminal that shows what a person sees. "\\4\\4" is the end of input, even
+        in mid-line, and follows the last line. `pieces` of the outcome end at the prompts: each but the first begins
+        with a line that was typed."""
+        # The shell stays until everything is read: text may get lost when a terminal's last user exits.
+        shell = ["sh", "-c", '"$@"; printf "\\1%d\\1" $?; read -r end', "sh"]
+        child = pexpect.spawn(shell[0], [*shell[1:], *self.command(program, arguments, redirections)], timeout=100,
+                              encoding="latin-1")
+        child.delaybeforesend = None
+        lines, pieces = iter(re.findall("[^\n\4]*(?:\n|\4\4)", typed + "\4\4")), []
+        while child.expect([r"(?:\.\.\S+|y/n)\]: ", "\1(\\d+)\1"]) == 0:
+            pieces.append((child.before + child.after).replace("\r\n", "\n"))
+            child.send(next(lines, ""))
+        pieces.append(child.before.replace("\r\n", "\n"))
+        child.close(force=True)
+        return self.outcome("".join(pieces), "", int(child.match[1]), pieces)
 
 
 def lines_of(text):
@@ -216,7 +212,7 @@ def lines_of(text):
     return re.findall(".*\n|.+", text)
 
 
-def escaped(text):
+def as_printable(text):
     r"""With \xNN for each byte that is no printable character, and for a backslash."""
     return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
 
@@ -245,8 +241,8 @@ def fail_if_different(expected, text, name):
 
 
 def compare_with_golden(name, text):
-    text = folded(escaped(text))
-    if Machine.is_recording:
+    text = folded(as_printable(text))
+    if Sandbox.is_recording:
         (GOLDEN / name).write_text(text)
     fail_if_different(golden(name), text, name)
 
@@ -254,22 +250,25 @@ def compare_with_golden(name, text):
 def entries_of(name):
     """What a transcript has after each line "$ COMMAND ->", by the commands."""
     _, *parts = re.split(r"^\$ (.*?) ->(?: |$)", golden(name), flags=re.M)
-    return dict(zip(parts[::2], parts[1::2]))
+    entries = dict(zip(parts[::2], parts[1::2]))
+    if len(entries) < len(re.findall(r"^\$ ", golden(name), re.M)):
+        raise pytest.UsageError(f"tests/golden/{name}: two entries are alike, or one has no ->; no test reads them")
+    return entries
 
 
 def compare_with_entry(name, command, happened, text):
     """`happened` follows the arrow, and an output of one line follows "|"."""
-    text = escaped(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
+    text = as_printable(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
     text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)
-    if Machine.is_recording:
+    if Sandbox.is_recording:
         entries[command] = text
         (GOLDEN / name).write_text("".join(f"$ {key} -> {text}" for key, text in entries.items()))
     fail_if_different(entries[command], text, f"{name}: {command}")
 
 
 def settings_and_words(command):
-    """Splits "NAME=VALUE; WORDS", of which the first part may be missing, and undoes escapes."""
-    setting, separator, words = command.rpartition("; ")
+    """Splits "NAME=VALUE...; WORDS", of which the first part may be missing, and undoes escapes."""
+    settings, _, words = command.rpartition("; ")
     words = re.sub(r"\\x(..)", lambda match: chr(int(match[1], 16)), words)
-    return dict([setting.split("=", 1)] if separator else []), words
+    return dict(setting.split("=", 1) for setting in settings.split()), words

@@ -6,9 +6,9 @@ import shutil
 
 import pexpect
 import pytest
-from harness import FORMS, ROOT
+from harness import FORMS, ROOT, native
 
-pytestmark = pytest.mark.builds("release")
+pytestmark = native
 COMPLETION = shlex.quote(str(ROOT / "completion"))
 POLICIES = " ".join(map(str, range(16)))
 

@@ -2,99 +2,74 @@
 import re
 
 import pytest
-from harness import (compare_with_entry, compare_with_golden, entries_of, golden, lines_of,
-                     settings_and_words, unsanitized)
+from harness import compare_with_entry, compare_with_golden, entries_of, lines_of, settings_and_words
 
-TRANSCRIPT = "wizard.txt"
+DIALOGUES, PROMPTS = "wizard.txt", "wizard-prompts.txt"
 WIZARD = ["-w", "-u", "-m"]
-# What asks for yes or no is often followed by the next prompt on the same line.
-PROMPT = re.compile(r"(?P<number>\[-?[\d.]+\.\.[\d.]+\]: )|\(default: n\) \[y/n\]: (?P<last>(?!.*\]: ))?")
-# Texts of several lines that have a short name in transcripts.
-_, *parts = re.split(r"^\((.*)\)\n", golden("wizard-blocks.txt"), flags=re.M)
-BLOCKS = {name: lines_of(text) for name, text in zip(parts[::2], parts[1::2])}
 
 
-def with_answers(text, typed):
-    """As if the terminal echoed what was typed at each prompt, with a new line after it unless the answer of yes
-    or no leads to the next question; "(end)" is the end of input. A refusal follows on the same line."""
-    answers = (line.rstrip("\n") for line in lines_of(typed))
-
-    def answered(prompt):
-        ends_line = prompt["number"] or prompt["last"] is not None
-        return (prompt["number"] or "(y/n) ") + next(answers, "(end)") + ("\n" if ends_line else ", ")
-    text = PROMPT.sub(answered, text)
-    return re.sub(r"\n(Invalid.*|Out of range\.|Please.*)\n", r" -> \1\n", text)
+def typed_in(sandbox, command):
+    """What an entry's command types: "|" stands for Enter and "^D" for the end of input."""
+    if "FAIL_MALLOC" in command and "-fsanitize" in sandbox.build.flags:
+        pytest.skip("sanitizers have a malloc of their own")
+    sandbox.fill_with_pattern()
+    sandbox.environment, words = settings_and_words(command)
+    return words.replace("|", "\n").replace("^D", "\4\4")
 
 
-def with_names(text, blocks):
-    """The names of blocks in place of their lines. Where less than half of the lines differ, these follow the name."""
-    lines, shown = lines_of(text), ""
-    while lines:
-        best, equal = "", 0
-        for name, block in blocks.items():
-            count = sum(line == known for line, known in zip(lines, block))
-            if len(lines) >= len(block) and 2 * count > len(block) and count > equal:
-                best, equal = name, count
-        if best:
-            different = [line[:-1] for line, known in zip(lines, blocks[best]) if line != known]
-            shown += f"({best}, but {', '.join(different)})\n" if different else f"({best}) "
-        else:
-            shown += lines[0]
-        del lines[:len(blocks[best]) if best else 1]
-    return shown
+def calls_of(outcome):
+    return ", ".join([f"{len(outcome.only('read'))} reads", *outcome.only("write")])
 
 
-@pytest.mark.parametrize("command", entries_of(TRANSCRIPT))
-def test_dialogue(machine, command):
-    """Whole dialogues; of every kind of prompt, what it takes and what it asks again; input that ends at it; shared
-    memory that fails. In the transcript "|" ends a line of input, and after "->" stand the exit status, the number
-    of reads and the writes."""
-    machine.fill_with_pattern()
-    blocks = {**BLOCKS, "policy 0": lines_of(machine.run("-u", "-p", "0").out)}
-    machine.environment, words = settings_and_words(command)
-    typed = words.replace("|", "\n")
-    outcome = machine.run_on_terminal(*WIZARD, typed=typed)
-    happened = [str(outcome.status), f"{len(outcome.only('read'))} reads", *outcome.only("write")]
-    compare_with_entry(TRANSCRIPT, command, ", ".join(happened), with_names(with_answers(outcome.out, typed), blocks))
+@pytest.mark.parametrize("command", entries_of(DIALOGUES))
+def test_dialogue(sandbox, command):
+    """Whole dialogues as they appear, with their reads and writes. They are the same if output goes through a pipe,
+    so each prompt and each message is written before the next answer is read."""
+    typed = typed_in(sandbox, command)
+    outcome = sandbox.run_on_terminal(*WIZARD, typed=typed)
+    compare_with_entry(DIALOGUES, command, calls_of(outcome), outcome.out)
+    assert outcome.status == 255
+    sandbox.fill_with_pattern()
+    pipe = f"mkfifo {sandbox.directory}/pipe; cat {sandbox.directory}/pipe & exec >{sandbox.directory}/pipe;"
+    assert sandbox.run_on_terminal(*WIZARD, typed=typed, redirections=pipe) == outcome
 
 
-def test_every_field_has_its_bounds(machine):
-    """Each question refuses what is no number and the numbers just outside its bounds, and takes the upper one."""
-    numbers = re.findall(r"^ +([1-9]\d*)\) ", "".join(BLOCKS["policy fields"]), re.M)
-    ways = [f"3\n15\n{number}\n" for number in numbers]
-    for way in "1\n1\n3\n", "1\n2\n", "2\n3\n":
-        asked = machine.run_on_terminal(*WIZARD, typed=way).out  # and not answered
-        ways += [way + "n\n" * question + "y\n" for question in range(asked.count("[y/n]: "))]
-    fields = machine.build.writable.copy()
-    names = {}  # that are asked for, by their bounds
-    for way in ways:
-        asked = machine.run_on_terminal(*WIZARD, typed=way + "x\n").out
-        question = re.search(r"((\w+)(?: \(0=.*\))?) (\[(\S+)\.\.(\S+)\]): (Invalid (?!number).*)", asked)
-        label, name, bounds, *limits, refusal = question.groups()
-        minimum, maximum = (int(float(limit)) for limit in limits)
-        outcome = machine.run_on_terminal(*WIZARD, typed=f"{way}{maximum + 1}\n{minimum - 1}\n{maximum}\n")
-        assert outcome.out.count("Out of range.\n" + question[0].removesuffix(refusal)) == 2
-        field = fields.pop(next(path for path in fields if path.endswith(name)))
-        written = field.pack(maximum) if field.is_real else maximum.to_bytes(8, "little")[:field.size]
-        assert outcome.only("write") == [f"write 6 {field.offset} {field.size}: {written.hex(' ')}"]
-        names.setdefault(f"{bounds} {refusal}", []).append(label)
-    assert fields == {}
-    compare_with_golden("wizard-bounds.txt", "".join(f"{key}: {', '.join(names[key])}\n" for key in names))
+@pytest.mark.parametrize("command", entries_of(PROMPTS))
+def test_response(sandbox, command):
+    """A table of inputs, calls and responses: of the text after the last input, the messages and the next prompt;
+    after the end of input, all prompts that follow."""
+    typed = typed_in(sandbox, command)
+    outcome = sandbox.run_on_terminal(*WIZARD, typed=typed, redirections="stty -icrnl;")
+    count = len(re.findall("\n|\4\4", typed))
+    has_ended = typed.endswith("\4")
+    text = "".join(outcome.pieces[count:] if has_ended else outcome.pieces[count:count + 1])
+    lines = [line.rstrip() for line in lines_of(text)[0 if has_ended else 1:]
+             if re.match("Please|Invalid|Out of|ERROR", line) or line.endswith(": ") or line.endswith(": \n")]
+    compare_with_entry(PROMPTS, command, calls_of(outcome), " / ".join(lines) + "\n")
+    assert outcome.status == 255
 
 
-@unsanitized
-def test_an_editor_without_memory_returns(machine):
-    machine.environment["REFUSE"] = "30277"
-    outcome = machine.run_on_terminal(*WIZARD, typed="1\n2\n2\n0\n")
-    assert outcome.out.count("Select [0..3]: \nNext?\n") == 2
-    assert outcome.calls == []
-
-
-@pytest.mark.parametrize("typed, last_read, prompt", [
-    ("3\n0\n", "1", "Select policy index [0..15]: "),
-    ("1\n2\nn\nn\n", "2", "Overwrite sysPL2? (default: n) [y/n]: ")])
-def test_every_prompt_is_out_before_it_reads(machine, typed, last_read, prompt):
-    machine.environment["END_AT_READ"] = last_read
-    outcome = machine.run_on_terminal(*WIZARD, typed=typed, redirections=f"exec >{machine.directory}/out;")
-    with open(machine.directory + "/out") as file:
-        assert file.read().endswith(prompt)
+def test_every_field_has_its_bounds(sandbox):
+    """Each question rejects a word and the numbers just outside its bounds, and accepts the upper bound."""
+    def run(typed):
+        return sandbox.run_on_terminal(*WIZARD, typed=typed)
+    menu = re.search("Policy editor fields(.*)  0. Back", run("3\n15\n").out, re.S)[1]
+    editors = {"3\n15\n": [f"{number}\n" for number in re.findall(r"^ *(\d+)\) ", menu, re.M)],
+               **{typed: ["y\n"] * run(typed).out.count("[y/n]: ") for typed in ("1\n1\n3\n", "1\n2\n", "2\n3\n")}}
+    fields = {name: field for name, field in sandbox.build.writable.items() if field.root == "upm"}
+    labels = {}  # by their bounds
+    for typed, choices in editors.items():
+        asked = run(typed + "".join(choice + "x\n1\n" for choice in choices)).out
+        questions = re.findall(r"((\w+)(?: \(.*\))?) (\[(\S+)\.\.(\S+)\]): x\n(.*)\n\1 \3: ", asked)
+        limits = [(int(float(minimum)), int(float(maximum))) for *_, minimum, maximum, _ in questions]
+        outcome = run(typed + "".join(f"{choice}{maximum + 1}\n{minimum - 1}\n{maximum}\n"
+                                      for choice, (minimum, maximum) in zip(choices, limits, strict=True)))
+        assert outcome.out.count("\nOut of range.\n") == 2 * len(choices)
+        for (label, name, bounds, *_, message), (_, maximum), write in zip(questions, limits, outcome.only("write"),
+                                                                           strict=True):
+            field = fields.pop(next(path for path in fields if path.endswith(name)))
+            written = field.pack(maximum) if field.is_real else maximum.to_bytes(8, "little")[:field.size]
+            assert write == f"write 6 {field.offset} {field.size}: {written.hex(' ')}"
+            labels.setdefault(f"{bounds} {message}", []).append(label)
+    assert not fields, f"writable, but without a question in src/wizard: {', '.join(fields)}"
+    compare_with_golden("wizard-bounds.txt", "".join(f"{key}: {', '.join(labels[key])}\n" for key in labels))
