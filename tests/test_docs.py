@@ -5,6 +5,8 @@ import re
 import shutil
 import string
 import subprocess
+from datetime import date, datetime
+from email.utils import parsedate_to_datetime
 
 import pytest
 from harness import FORMS, ROOT, golden
@@ -76,6 +78,21 @@ def test_roots_are_described(build):
         assert re.search(rf"^\.It Sy {root}\b", MANUALS["orbelstatctl"], re.M), root
         assert re.search(rf"^\|.*`section-{section}` \| {build.sizes[section]} .*`{root}`", README, re.M), root
         assert re.search(rf"^(and )?{section}$", part_of("orbelstatprobe", "FILES"), re.M), root
+
+
+def test_versions_and_dates_agree(build):
+    """The latest version in CHANGELOG.md is released if its heading has a date."""
+    version, day = re.search("^## (.*)", (ROOT / "CHANGELOG.md").read_text(), re.M)[1].split(", ")
+    is_released = day != "unreleased"
+    packaged, distribution, time = re.match(r"\S+ \((.*?)\) (.*?);.*?\n -- .*?>  (.*?)\n",
+                                            (ROOT / "debian/changelog").read_text(), re.S).groups()
+    assert (packaged, distribution) == ((version, "unstable") if is_released else (version + "~dev", "UNRELEASED"))
+    assert f"project(orbelstatprobe VERSION {version} " in (ROOT / "CMakeLists.txt").read_text()
+    assert subprocess.check_output(build.command("orbelstatctl", "--version"), text=True) == f"orbelstatctl {version}\n"
+    dates = {parsedate_to_datetime(time).date()}
+    for manual in MANUALS.values():
+        dates.add(datetime.strptime(manual.partition("\n")[0], ".Dd %B %d, %Y").date())
+    assert not is_released or dates == {date.fromisoformat(day)}
 
 
 @pytest.fixture
