@@ -1,14 +1,14 @@
 # shellcheck shell=bash
-# Completion of orbelstatctl in bash: commands, options, paths name by name as `orbelstatctl list`
-# has them, directories of captures, and files where input or output is redirected.
+# bash completion for orbelstatctl: commands, options, the next name of a path (from `orbelstatctl
+# list`), capture directories, and the files of redirections.
 
-# Offers the names and indices that a path goes on with. With an END for fields, only for those that
-# may be written, and with "table" only for arrays of records. The word that ends the path stays as
-# it is typed, and what is added to it is escaped if it is.
+# Completes the next name or index of a path. If END is given, offers only writable fields and appends
+# END to them; with "table", offers only arrays of records. WORD stays as it was typed; the text that is
+# appended is escaped if WORD is.
 _orbelstatctl_paths() { # PROGRAM WORD PATH [END [table]]
     local path=${3//[\\\"\']/} outer='' index='' rest after='' piece last=none i
     local -a pieces
-    path=${path//'[*]'/[0]} # which list prints as it is
+    path=${path//'[*]'/[0]} # list prints [*] unchanged, so ask for [0]
     case ${path##*]} in
         '') outer=$path ;;
         *[[]*) index=[${path##*[[]} path=${path%[[]*} outer=${path%[[]*} ;;
@@ -45,13 +45,13 @@ _orbelstatctl() {
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]} next=${COMP_WORDS[i + 1]}
         if [[ $word == [\<\>]* ]]; then
-            ((++i)) # and the file after it
+            ((++i)) # skip the file
         elif [[ $word == [0-9] && $next == [\<\>]* && $COMP_LINE == *" $word$next"* ]]; then
-            : # the descriptor that is redirected
+            : # a file descriptor
         elif [[ $option ]]; then
             [[ $word == = ]] || option=''
         elif [[ $word == --from || $command$word == watch-[in] ]]; then
-            option=$word # and a value after it
+            option=$word # its value follows
         elif [[ ! $command && $word != -* ]]; then
             command=$word
         elif [[ $word != -?* ]]; then
@@ -62,7 +62,7 @@ _orbelstatctl() {
         compopt -o default
         return
     fi
-    path=${path##*[[:blank:]]} # the words are split at an =, and in quotes $2 is only a part of it
+    path=${path##*[[:blank:]]} # $2 is only a part of the word if it contains = or a quote
     case $command in
         '') options='--from --help --version' ;;
         list) options='-a -w --from --help' ;;

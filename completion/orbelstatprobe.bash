@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Completion of orbelstatprobe in bash: the options, the words after -u and -w, and files where
-# output is redirected.
+# bash completion for orbelstatprobe: options, the words after -u and -w, and the files of
+# redirections.
 _orbelstatprobe() {
     local current=${COMP_WORDS[COMP_CWORD]} state=options choices='' word next i
     local policies='0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15'
@@ -8,16 +8,16 @@ _orbelstatprobe() {
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]} next=${COMP_WORDS[i + 1]}
         if [[ $word == [\<\>]* ]]; then
-            ((++i)) # and the file after it
+            ((++i)) # skip the file
             continue
         elif [[ $word == [0-9] && $next == [\<\>]* && $COMP_LINE == *" $word$next"* ]]; then
-            continue # the descriptor that is redirected
+            continue # a file descriptor
         fi
-        # A state is named after the words that lead to it.
+        # A state has the name of the words that lead to it.
         case "$state $word" in
             'options --') state=end ;;
             'options -'*[il]) state=number ;;
-            'options -'*[il]*) ;; # the number is in the word
+            'options -'*[il]*) ;; # the word contains the number
             'options -'*u) state=-u ;;
             'options -'*w) state=-w ;;
             'options '*) ;;

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Completion of tolmfill in bash: its one option, and files where output is redirected.
+# bash completion for tolmfill: its options, and the files of redirections.
 _tolmfill() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()

@@ -75,7 +75,7 @@ def test_programs_are_hardened(build, program):
     # The linker leaves out the control-flow note because the C library's start-up files lack it. On arm64 no frame is
     # large enough to be probed in steps.
     for pattern in ("RELRO", r"STACK.*\n.* rw-\n", r"FLAGS_1 +0x0*8000001\n", r"RUNPATH +[$]ORIGIN\n", "__stack_chk_fail",
-                    "__printf_chk", *([r"\spaciasp", r"\sbti\s"] if build.emulator else
+                    r"__\w*printf_chk", *([r"\spaciasp", r"\sbti\s"] if build.emulator else
                                       [r"<main>:\n.*endbr64", r"orq +\$0x0,\(%rsp\)"])):
         assert re.search(pattern, text), pattern
     if program == "orbelstatprobe":  # start-up time depends mostly on the libraries that are loaded
@@ -84,12 +84,12 @@ def test_programs_are_hardened(build, program):
 
 
 @pytest.mark.parametrize("setting, status", [("", 0), ("ON", 1)])
-def test_the_probe_is_built_alone_where_the_companion_cannot(tmp_path, setting, status):
-    command = ["cmake", "-S", ROOT, "-B", tmp_path, "-DBUILD_TESTING=OFF", "-DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON",
-               f"-DORBELSTATCTL={setting}"]
+def test_the_probe_is_built_alone_without_nlohmann_json(tmp_path, setting, status):
+    command = ["cmake", "-S", ROOT, "-B", tmp_path, "-DBUILD_TESTING=OFF", f"-DORBELSTATCTL={setting}",
+               "-DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON"]
     ended = subprocess.run(command, capture_output=True, text=True)
     assert ended.returncode == status
-    assert ("orbelstatctl is not built: it needs CLI11 and nlohmann/json (libcli11-dev, nlohmann-json3-dev)"
+    assert ("orbelstatctl is not built: it needs nlohmann/json 3.9 or later (nlohmann-json3-dev)"
             in " ".join(ended.stderr.split()))
     if status == 0:
         targets = subprocess.check_output(["cmake", "--build", tmp_path, "--target", "help"], text=True)

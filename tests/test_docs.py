@@ -5,6 +5,8 @@ import re
 import shutil
 import string
 import subprocess
+from datetime import date, datetime
+from email.utils import parsedate_to_datetime
 
 import pytest
 from harness import FORMS, ROOT, golden, native
@@ -78,10 +80,24 @@ def test_roots_are_described(build):
         assert re.search(rf"^(and )?{section}$", part_of("orbelstatprobe", "FILES"), re.M), root
 
 
-def test_the_examples_work(build, tmp_path):
-    """Those with orbelstatctl in the order of README, in a directory that looks like the project's."""
-    examples = [block for block in re.findall("(?:^    .*\n)+", README, re.M) if "orbelstatctl" in block]
-    examples = [block for block in examples if "gnuplot" not in block or shutil.which("gnuplot")]
+def test_versions_and_dates_agree(build):
+    """The latest version in CHANGELOG.md is released if its heading has a date."""
+    version, day = re.search("^## (.*)", (ROOT / "CHANGELOG.md").read_text(), re.M)[1].split(", ")
+    is_released = day != "unreleased"
+    packaged, distribution, time = re.match(r"\S+ \((.*?)\) (.*?);.*?\n -- .*?>  (.*?)\n",
+                                            (ROOT / "debian/changelog").read_text(), re.S).groups()
+    assert (packaged, distribution) == ((version, "unstable") if is_released else (version + "~dev", "UNRELEASED"))
+    assert f"project(orbelstatprobe VERSION {version} " in (ROOT / "CMakeLists.txt").read_text()
+    assert subprocess.check_output(build.command("orbelstatctl", "--version"), text=True) == f"orbelstatctl {version}\n"
+    dates = {parsedate_to_datetime(time).date()}
+    for manual in MANUALS.values():
+        dates.add(datetime.strptime(manual.partition("\n")[0], ".Dd %B %d, %Y").date())
+    assert not is_released or dates == {date.fromisoformat(day)}
+
+
+@pytest.fixture
+def shell(build, tmp_path):
+    """Runs commands in bash, with demo data, in a directory that looks like the project's."""
     programs = tmp_path / "build/release"
     programs.mkdir(parents=True)
     for name in PROGRAMS:
@@ -89,8 +105,31 @@ def test_the_examples_work(build, tmp_path):
     environment = {**os.environ, "TOLM_SHM_DIR": str(tmp_path / "sections"),
                    "PATH": f"{programs}:{os.environ['PATH']}"}
     subprocess.run([programs / "tolmfill"], check=True, env=environment)
+    return lambda commands: subprocess.run(["bash", "-e", "-o", "pipefail", "-c", commands], cwd=tmp_path,
+                                           env=environment, capture_output=True, text=True)
+
+
+def test_the_excerpt_shows_real_output(shell):
+    excerpt = re.search("^```console\n(.*?)^```", README, re.M | re.S)[1]
+    assert excerpt == "".join(f"$ {command}\n{shell(command).stdout}"
+                              for command in re.findall(r"^\$ (.*)", excerpt, re.M))
+
+
+def test_labels_lead_to_paths(shell):
+    """The label and the path in each row of README's table have the same value."""
+    rows = re.findall(r"^\| `(\S+)`(?: of (PSU \d+))? \(`(-.)`\) \| `(\S+)`", README, re.M)
+    assert rows
+    for label, start, option, path in rows:
+        report = shell(f"orbelstatprobe {option}").stdout
+        printed = re.search(re.escape(label) + " -+ (.*)", report[report.index(start):])[1]
+        assert float(printed) == float(shell(f"orbelstatctl get -n {path}").stdout), label
+
+
+def test_the_examples_work(shell):
+    """Runs those with orbelstatctl in the order of README."""
+    examples = [block for block in re.findall("(?:^    .*\n)+", README, re.M) if "orbelstatctl" in block]
+    examples = [block for block in examples if "gnuplot" not in block or shutil.which("gnuplot")]
     assert examples
     for block in examples:
-        result = subprocess.run(["bash", "-e", "-o", "pipefail", "-c", block], cwd=tmp_path, env=environment,
-                               capture_output=True, text=True)
+        result = shell(block)
         assert result.returncode == 0, block + result.stderr

@@ -1,7 +1,8 @@
 /*
- * The minimum that a report can cost, for the benchmark: `minimum TEXT [SECTION OFFSET LENGTH]...`
- * starts with the platform's two libraries, makes the report's own reads and writes its finished
- * text from a file, in pieces as large as the report's own.
+ * The baseline of the benchmark, a program that does only the unavoidable work of a report:
+ * `baseline TEXT [SECTION OFFSET LENGTH]...` loads the platform's two libraries, makes the report's
+ * reads and copies its finished text from the file TEXT to standard output, in pieces of the size
+ * in which the report writes.
  */
 #include "tolm_shm.h"
 
