@@ -1,8 +1,8 @@
 /*
  * The baseline of the benchmark, a program that does only the unavoidable work of a report:
  * `baseline TEXT [SECTION OFFSET LENGTH]...` loads the platform's two libraries, makes the report's
- * reads and copies its finished text from the file TEXT to standard output, in pieces of the size in
- * which the report writes.
+ * reads and copies its finished text from the file TEXT to standard output, in pieces of the size
+ * in which the report writes.
  */
 #include "tolm_shm.h"
 
