@@ -19,7 +19,7 @@ _orbelstatctl_paths() { # PROGRAM WORD PATH [END [table]]
         rest=${rest#"$path"}
         piece=${rest:1}
         piece=${rest:0:1}${piece%%[.[]*}
-        [[ $piece != "$last" && (! $5 || $rest == *].*) ]] || continue
+        [[ $piece != "$last" && (! $5 || ${rest//..} == *.*) ]] || continue
         last=$piece pieces=("$piece") after=${rest#"$piece"}
         if [[ $rest == [[]* ]]; then
             pieces=('[*]') after=${rest#*]} rest=${rest%%]*}
@@ -39,7 +39,7 @@ _orbelstatctl_paths() { # PROGRAM WORD PATH [END [table]]
 }
 
 _orbelstatctl() {
-    local path=${COMP_LINE:0:COMP_POINT} command='' option='' options choices='' word next i
+    local path=${COMP_LINE:0:COMP_POINT} command='' option='' choices='' help word next i
     local -a operands
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
@@ -50,7 +50,7 @@ _orbelstatctl() {
             : # a file descriptor
         elif [[ $option ]]; then
             [[ $word == = ]] || option=''
-        elif [[ $word == --from || $command$word == watch-[in] ]]; then
+        elif [[ $word == --from || $command$word == @(diff-p|watch-[in]|wait-[it]) ]]; then
             option=$word # its value follows
         elif [[ ! $command && $word != -* ]]; then
             command=$word
@@ -63,32 +63,31 @@ _orbelstatctl() {
         return
     fi
     path=${path##*[[:blank:]]} # $2 is only a part of the word if it contains = or a quote
-    case $command in
-        '') options='--from --help --version' ;;
-        list) options='-a -w --from --help' ;;
-        get) options='-n -w --from --help' ;;
-        set) options='- --dry-run --help' ;;
-        watch) options='-i -n --csv --help' ;;
-        json | table | metrics) options='--from --help' ;;
-        *) options='--help' ;;
-    esac
+    help=$("$1" ${command:+"$command"} --help 2>/dev/null)
     case $option,$2,$command,${#operands[@]} in
         --from,*) compopt -o dirnames ;;
+        -p,*,diff,*) _orbelstatctl_paths "$1" "$2" "$path" ;;
         -*) ;;
-        ,-*) choices=$options ;;
-        ,*,,0) choices='list get set json table diff watch metrics save' ;;
+        ,-*) # the options in the help, with those that all commands have
+            choices=$(sed -n 's/^  \(-[^ ,]*\)\(, \(-[^ ]*\)\)\?.*/\1 \3/p' <<<"$help")
+            [[ ! $command ]] || choices+=' --help'
+            [[ $help != *'[--from'* || ! $command ]] || choices+=' --from'
+            [[ $command != @(set|undo) ]] || choices+=' -'
+            ;;
+        ,*,,0) choices=$(sed -n 's/^  \([a-z]*\)  *[A-Z].*/\1/p' <<<"$help") ;;
         ,*,save,0 | ,*,diff,[01]) compopt -o dirnames ;;
+        ,*,undo,0) compopt -o default ;;
         ,*,table,0) _orbelstatctl_paths "$1" "$2" "$path" '' table ;;
         ,*,table,*) # a field
             word=${operands[0]//[\\\"\']/}
-            [[ $word == *']' ]] || word+='[0]'
+            ! "$1" list "${word}[0]" &>/dev/null || word+='[0]'
             _orbelstatctl_paths "$1" "$2" "$word.$path"
             ;;
         ,*,set,*)
             [[ $path == *=* || ${operands[0]} == - ]] || _orbelstatctl_paths "$1" "$2" "$path" =
             ;;
-        ,*,json,0 | ,*,list,* | ,*,get,* | ,*,watch,* | ,*,metrics,*)
-            _orbelstatctl_paths "$1" "$2" "$path"
+        ,*,json,0 | ,*,list,* | ,*,get,* | ,*,watch,* | ,*,wait,* | ,*,metrics,*)
+            [[ $path == *[=!\<\>]* ]] || _orbelstatctl_paths "$1" "$2" "$path"
             ;;
     esac
     mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W "$choices" -- "$2")

@@ -8,8 +8,8 @@
 #include <sstream>
 
 static const Command *const commands[] = {
-    &listCommand,    &getCommand,  &setCommand,   &undoCommand, &jsonCommand, &tableCommand,
-    &metricsCommand, &diffCommand, &watchCommand, &waitCommand, &saveCommand};
+    &listCommand, &getCommand,   &setCommand,  &undoCommand,    &jsonCommand, &tableCommand,
+    &diffCommand, &watchCommand, &waitCommand, &metricsCommand, &saveCommand};
 
 static const Command program = {"", "", nullptr, "V --version", ""};
 

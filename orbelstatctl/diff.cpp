@@ -32,14 +32,14 @@ static ExitStatus runDiff(const Arguments &arguments) {
     return isDifferent ? different : same;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl diff [-w] [-p PATH] ... BEFORE [AFTER]
+static constexpr char help[] = R"(Usage: orbelstatctl diff [-w] [-p PATH]... BEFORE [AFTER]
 
 Print PATH: OLD -> NEW for each field that differs between two captures (default
 for AFTER: the live memory). The status is 0 without differences, 1 with some,
 and 2 if not everything could be compared.
 
-  -p PATH  Compare only the fields below PATH; may be repeated
   -w       Compare only writable fields
+  -p PATH  Compare only the fields below PATH; may be repeated
 
 Examples:
   orbelstatctl diff -p upm monday tuesday

@@ -6,7 +6,11 @@
 #include <string_view>
 
 using Clock = std::chrono::steady_clock;
-using Seconds = std::chrono::duration<double>;
+
+// Converts seconds, at most a million.
+inline Clock::duration toDuration(double seconds) {
+    return std::chrono::round<Clock::duration>(std::chrono::duration<double>(seconds));
+}
 
 // Blocks signals while it exists.
 class BlockedSignals {

@@ -99,13 +99,15 @@ static Strings checkAll(const std::vector<Condition> &conditions, Source &source
 
 static ExitStatus runWait(const Arguments &arguments) {
     const auto conditions = parseAll(arguments.operands, parseCondition);
-    const double interval = arguments.number("-i", 0.001, 1e6, 0.1);
-    const double timeLimit = arguments.number("-t", 0, 1e6, INFINITY);
+    const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 0.1));
+    const Clock::duration limit = arguments.has("-t")
+                                      ? toDuration(arguments.number("-t", 0, 1e6, 0))
+                                      : Clock::duration::max();
     Source source("", ReadErrors::keep);
     catchInterrupts();
     const auto start = Clock::now();
     while (!isInterrupted()) {
-        const bool isLast = Seconds(Clock::now() - start).count() >= timeLimit;
+        const bool isLast = Clock::now() - start >= limit;
         const Strings failures = checkAll(conditions, source);
         if (failures.empty()) {
             return ExitStatus::success;
@@ -114,9 +116,8 @@ static ExitStatus runWait(const Arguments &arguments) {
             std::ranges::for_each(failures, printError);
             return ExitStatus::failure;
         }
-        const double ticks = std::floor(Seconds(Clock::now() - start).count() / interval) + 1;
-        const Seconds next(std::min(ticks * interval, timeLimit));
-        sleepUntil(start + std::chrono::duration_cast<Clock::duration>(next), Reader::ignore);
+        const int64_t tick = (Clock::now() - start) / interval + 1;
+        sleepUntil(start + std::min(tick * interval, limit), Reader::ignore);
     }
     return ExitStatus::failure;
 }

@@ -46,7 +46,7 @@ static std::string formatChanges(const std::vector<Field> &fields, const Values 
 
 static ExitStatus runWatch(const Arguments &arguments) {
     const std::vector<Field> fields = expandPaths(parsePaths(arguments.operands, Kind::any));
-    const Seconds interval(arguments.number("-i", 0.001, 1e6, 1));
+    const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 1));
     const double count = arguments.number("-n", 1, 1e9, INFINITY);
     rejectIf(std::floor(count) != count, "-n: not an integer: " + arguments.last("-n"));
     const bool isCsv = arguments.has("--csv");
@@ -58,7 +58,7 @@ static ExitStatus runWatch(const Arguments &arguments) {
     signal(SIGPIPE, SIG_IGN);
     const auto start = Clock::now();
     bool isMore = !isCsv || printRow(formatCsvRow(header));
-    for (double tick = 0; isMore && !isInterrupted();) {
+    for (int64_t tick = 0; isMore && !isInterrupted();) {
         Values values;
         for (const Field &field : fields) {
             values.push_back(source.readValue(field));
@@ -66,9 +66,9 @@ static ExitStatus runWatch(const Arguments &arguments) {
         source.invalidate();
         isMore = printRow(isCsv ? formatRow(values) : formatChanges(fields, values, last));
         // Ticks whose time has passed are skipped but still counted.
-        tick = std::max(tick, std::floor((Clock::now() - start) / interval)) + 1;
-        const auto next = std::chrono::duration_cast<Clock::duration>(tick * interval);
-        isMore = isMore && tick < count && sleepUntil(start + next, Reader::await);
+        tick = std::max(tick, (Clock::now() - start) / interval) + 1;
+        isMore = isMore && static_cast<double>(tick) < count &&
+                 sleepUntil(start + tick * interval, Reader::await);
     }
     forgetClosedReader();
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;

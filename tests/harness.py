@@ -87,10 +87,12 @@ class Build:
         return {line.partition("\t")[0]: Field(*line.split("\t")) for line in lines if "\t-\t" not in line}
 
     @functools.cached_property
-    def commands(self):
-        """The commands and options of orbelstatctl, as its help has them."""
-        text = subprocess.check_output(self.command("orbelstatctl", "--help"), text=True)
-        return re.findall(r"^  (?:-h,)?([a-z-]+)  ", text, re.M) + re.findall("^  (--from) ", text, re.M)
+    def help(self):
+        """The help texts of orbelstatctl by command; "" for the program's own."""
+        def text(*words):
+            return subprocess.check_output(self.command("orbelstatctl", *words, "--help"), text=True)
+        commands = re.findall(r"^  (\w+) +[A-Z]", text(), re.M)
+        return {"": text(), **{command: text(command) for command in commands}}
 
     @functools.cached_property
     def writable(self):

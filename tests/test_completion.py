@@ -38,15 +38,15 @@ OFFERS = {
         "-u -p 3 > x ": "", "> x -u ": "-h -p -t", "-u 2>x ": "-h -p -t"},
     "tolmfill": {"": "--check --force", "--force ": "", "> ": "file-1"},
     "orbelstatctl": {
-        "": "COMMANDS", "-": "--from --help --version", "--from /et": "/etc", "--from=/et": "--from=/etc",
+        "": "COMMANDS", "--from /et": "/etc", "--from=/et": "--from=/etc",
         "--from x ": "COMMANDS", "--from=x get ": "ROOTS", "json --from x ": "ROOTS", "json upm u": "",
-        "list -": "-a -w --from --help", "get -": "-n -w --from --help", "set -": "- --dry-run --help",
-        "json -": "--from --help", "table -": "--from --help", "metrics -": "--from --help",
-        "watch -": "-i -n --csv --help", "diff -": "--help", "save -": "--help", "get -n upm --h": "--help",
+        "get -n upm --h": "--help", "undo fi": "file-1", "undo x fi": "", "diff -w -p config.in": "config.instHeadroom",
+        "diff -p x x /et": "/etc", "wait -t ": "", "wait -i 1 config.in": "config.instHeadroom",
         "save /et": "/etc", "save x /et": "", "diff x /et": "/etc", "watch -i ": "", "watch -n 2 ": "ROOTS",
         "get psu": " ".join(f"psu[{i}]" for i in [*range(12), "*"]), r"json psu\[1": "psu[1] psu[10] psu[11]",
         "get psu[0..3].psuB": "psu[0..3].psuBus", "metrics psu psu[*].Vi": "psu[*].Vin", "watch config.u": "",
-        "list config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "table upm.": "upm.policies",
+        "list config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "table upm.po": "upm.policyState upm.powerLimits upm.policies",
+        "table upm.powerLimits sysPL": "sysPL1 sysPL2",
         "table upm.policies sta": "state", "table psu[*] Pin psuBus.b": "psuBus.bus", "set - ": "", "set c": "",
         "set upm.timestamp=": "", "set a=1 upm.p": "upm.powerLimits upm.policies", "set upm.policies[3].n": "",
         "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
@@ -88,11 +88,19 @@ def typed(build, request, tmp_path_factory):
 @pytest.mark.parametrize("line, offer", LINES, ids=[line for line, _ in LINES])
 def test_offers(build, typed, line, offer):
     for name, words in ("OPTIONS", {form[:2] for form in [*FORMS, "-h", "-i", "-l"]}), ("ROOTS", build.roots), \
-                       ("COMMANDS", [word for word in build.commands if word[0] != "-"]):
+                       ("COMMANDS", list(build.help)[1:]):
         offer = offer.replace(name, " ".join(words))
     expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
     # zsh quotes brackets, and has a directory end in a slash.
     assert sorted(re.sub(r"\\(.)", r"\1", typed(line + "\t")).rstrip("/").split()) == sorted(expected.split())
+
+
+def test_offers_every_option(build, typed):
+    for command, text in build.help.items():
+        options = set(re.findall(r"(?:^  |, )(--?[a-zA-Z][a-z-]*)", text, re.M)) | ({"--help"} if command else set())
+        options |= {"--from"} if "[--from" in text else set()
+        offered = set(typed(f"orbelstatctl {command} -\t".replace("  ", " ")).replace("--from=", "--from").split()[1:])
+        assert offered - {command, "-", "-h"} == options - {"-h"}, command
 
 
 @pytest.mark.parametrize("form", FORMS)

@@ -53,17 +53,19 @@ def test_a_letter_is_described(letter):
 
 
 def test_commands_are_described(build):
-    """In the synopsis, with the options and operands that their help has and no others."""
-    synopsis = part_of("orbelstatctl", "SYNOPSIS")
-    forms = dict(re.findall(r"^\.Cm (\w+)(.*)", synopsis, re.M))
-    general = {f"-{option}" for option in re.findall(r"(?:Fl|\|) (-\w+)", re.sub("^.Cm.*", "", synopsis, flags=re.M))}
-    assert {*forms, *general} == set(build.commands)
-    for command, form in forms.items():
-        usage = subprocess.check_output(build.command("orbelstatctl", command, "--help"), text=True)
-        words = re.findall("(?<![:A-Z])[A-Z]{4,}|--?[a-z-]+", " ".join(re.findall("^  (.+?)(?:  |$)", usage, re.M)))
-        options = [option for word in re.findall("Fl ([a-z-]+)", form) for option in ([word] if "-" in word else word)]
-        described = [f"-{option}" for option in options] + [word.upper() for word in re.findall(r"Ar (\w+)", form)]
-        assert set(described) == set(words) - {"REQUIRED", "-h", "--help"}, command
+    """The synopsis in the help of a command is that of the manual page, and every option in it is explained."""
+    forms = re.findall(r"^\.(?:Op Fl -from.*\n\.)?Cm .*", part_of("orbelstatctl", "SYNOPSIS"), re.M)
+    usages = []
+    for form in forms:
+        for pattern, text in [(r"\.Op (.*)\n\.", r"[\1] "), (r"\bOp (.*)", r"[\1]"), ("Oo ", "["), (" Oc", "]"), ("Cm |^\\.", ""),
+                              (r"Ar (\w+)", lambda match: match[1].upper()), (" Ns | Ns$", ""), (r"Fl ?([\w-]*)", r"-\1")]:
+            form = re.sub(pattern, text, form)
+        usages.append("Usage: orbelstatctl " + form)
+    assert usages == [text.partition("\n")[0] for command, text in build.help.items() if command]
+    for usage, text in zip(usages, list(build.help.values())[1:]):
+        letters = [f"-{letter}" for word in re.findall(r"\[-(\w+)", usage) for letter in word]
+        options = letters + re.findall(r"\[(--(?!from)[\w-]+)", usage)
+        assert re.findall("^  (-[^ ]+)", text, re.M) == sorted(options, key=options.index), usage
 
 
 def test_messages_in_the_manual_are_those_of_the_transcript():
