@@ -14,14 +14,13 @@ import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 GOLDEN = ROOT / "tests/golden"
-SOURCES = [*ROOT.glob("CMakeLists.txt"), *ROOT.glob("tests/*.c*"),
-           *(file for part in ("src", "orbelstatctl", "standin", "demo", "cmake") for file in ROOT.glob(part + "/**/*.[cht]*"))]
+SOURCES = [file for pattern in ("*.txt", "tests/*.c*", "cmake/*", "demo/*", "standin/*", "orbelstatctl/*", "src/*/*")
+           for file in ROOT.glob(pattern)]
 # Builds for tests that load a library into Python (native) or make malloc fail (unsanitized).
 unsanitized = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags)
 native = pytest.mark.builds(lambda build: "-fsanitize" not in build.flags and not build.emulator)
-
-CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I",
-         "float": "f", "double": "d"}
+CODES = {"u8": "B", "u16": "H", "u32": "I", "u64": "Q", "i16": "h", "i32": "i", "time32": "I", "float": "f",
+         "double": "d"}
 
 
 class Field:
@@ -108,13 +107,12 @@ class Build:
         """The sizes of the sections, by their numbers."""
         with tempfile.TemporaryDirectory() as directory:
             subprocess.check_output(self.command("tolmfill", TOLM_SHM_DIR=directory))
-            return {int(file.name.partition("-")[2]): file.stat().st_size
-                    for file in pathlib.Path(directory).iterdir()}
+            return {int(file.name[8:]): file.stat().st_size for file in pathlib.Path(directory).iterdir()}
 
     @functools.cached_property
     def pattern(self):
-        """Sections that reach every bit and in which no two neighbours and hardly any two words are alike. There
-        are no line ends in them, and floating point numbers and the UPM timestamp are plausible ones."""
+        """Sections that reach every bit and in which no two neighbours and hardly any two words are alike. They have no
+        newlines, and their floating point numbers and UPM timestamp are plausible."""
         sections = {}
         for section, size in self.sizes.items():
             state, data = section, bytearray()
@@ -125,10 +123,9 @@ class Build:
                     data.append(byte)
             sections[section] = data
         for field in self.fields.values():
-            data = sections[field.section]
             if field.is_real:
-                bits, = struct.unpack_from("<i", data, field.offset)
-                struct.pack_into(field.form, data, field.offset, (bits >> 8) / 4096)
+                bits, = struct.unpack_from("<i", sections[field.section], field.offset)
+                struct.pack_into(field.form, sections[field.section], field.offset, (bits >> 8) / 4096)
         struct.pack_into("<Q", sections[6], self.fields["upm.timestamp"].offset, 1700000000007)
         return sections
 
@@ -138,8 +135,7 @@ class Sandbox:
     is_recording = False
 
     def __init__(self, build, directory):
-        self.build = build
-        self.directory = directory
+        self.build, self.directory = build, directory
         self.environment = {}  # added to the program's
         self.calls = pathlib.Path(directory, "calls")
         self.fill(0)
@@ -172,6 +168,8 @@ class Sandbox:
         self.poke(field.section, field.offset, value if isinstance(value, bytes) else field.pack(value))
 
     def command(self, program, arguments, redirections):
+        if "FAIL_MALLOC" in self.environment and "-fsanitize" in self.build.flags:
+            pytest.skip("sanitizers have a malloc of their own")
         self.calls.write_text("")
         settings = {"TZ": "UTC", "TOLM_SHM_DIR": self.directory, "RECORD": self.calls,
                     "LD_PRELOAD": "$ORIGIN/librecorder.so",  # a path with blanks would be taken apart
@@ -185,8 +183,8 @@ class Sandbox:
         return Outcome(out, err, status, self.calls.read_text("latin-1").splitlines(), pieces)
 
     def run(self, *arguments, program="orbelstatprobe", typed="1\n2\ny\n5\n", redirections=""):
-        """Standard input is no terminal: the wizard may not read it. `redirections` are commands of the shell
-        before the program's."""
+        """Standard input is not a terminal: the wizard may not read it. `redirections` are shell commands that come
+        before the program."""
         result = subprocess.run(self.command(program, arguments, redirections), input=typed.encode("latin-1"),
                                 capture_output=True)
         return self.outcome(result.stdout.decode("latin-1"), result.stderr.decode("latin-1"), result.returncode)
@@ -210,17 +208,17 @@ class Sandbox:
 
 
 def lines_of(text):
-    """The lines with their ends. Unlike for splitlines, only a newline ends one."""
+    """Splits a text into lines, with their newlines. Unlike splitlines, does not split at other characters."""
     return re.findall(".*\n|.+", text)
 
 
 def as_printable(text):
-    r"""With \xNN for each byte that is no printable character, and for a backslash."""
+    r"""Replaces each byte that is not printable, and each backslash, by \xNN."""
     return re.sub(r"[^\n\t -\[\]-~]", lambda match: rf"\x{ord(match[0]):02x}", text)
 
 
 def folded(text):
-    r"""Array elements on one line, and "\n" at a line's end for the empty line after it."""
+    r"""Puts the elements of an array on one line, and "\n" at the end of a line for the empty line after it."""
     def elements(match):
         indices, values = zip(*re.findall(r"\[(\d+)\]" + re.escape(match[3]) + "(.*)\n", match[0]))
         return f"{match[1]}[{', '.join(indices)}]{match[3]}{', '.join(values)}\n"
@@ -232,7 +230,7 @@ def golden(name):
     return (GOLDEN / name).read_text()
 
 
-# The forms of options, such as "-u -p <index>", without "-w", which is the heading of the writes.
+# The forms of options, such as "-u -p <index>", without "-w", the heading of the writes.
 FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt"), re.M)
 
 
@@ -250,7 +248,7 @@ def compare_with_golden(name, text):
 
 
 def entries_of(name):
-    """What a transcript has after each line "$ COMMAND ->", by the commands."""
+    """Maps the command of each line "$ COMMAND ->" in a transcript to the text that follows."""
     _, *parts = re.split(r"^\$ (.*?) ->(?: |$)", golden(name), flags=re.M)
     entries = dict(zip(parts[::2], parts[1::2]))
     if len(entries) < len(re.findall(r"^\$ ", golden(name), re.M)):
@@ -259,7 +257,7 @@ def entries_of(name):
 
 
 def compare_with_entry(name, command, happened, text):
-    """`happened` follows the arrow, and an output of one line follows "|"."""
+    """`happened` follows the arrow. Output of one line follows "|"."""
     text = as_printable(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
     text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)

@@ -27,10 +27,6 @@ class Report(typing.NamedTuple):
     golden: str = ""  # empty if another test compares the report
     repetitions: list = []  # in the order of the report
 
-    def run(self, sandbox):
-        return sandbox.run(*self.arguments.split())
-
-
 REPORTS = [
     Report("-o"),
     Report("-d", "global-dump.txt", [
@@ -95,14 +91,14 @@ def abridged_report(text, report):
 
 def records_of(sandbox, report, repetition):
     """The text of each record, with "#" for the record's own name."""
-    _, records, _ = split(report.run(sandbox).out, repetition)
+    _, records, _ = split(sandbox.run(*report.arguments.split()).out, repetition)
     return ["".join(record).replace(repetition.name.format(number), "#")
             for number, record in enumerate(records, repetition.first)]
 
 
 @pytest.mark.parametrize("report", [report for report in REPORTS if report.golden], ids=name_of)
 def test_golden(patterned, report):
-    outcome = report.run(patterned)
+    outcome = patterned.run(*report.arguments.split())
     compare_with_golden(report.golden, abridged_report(outcome.out, report))
     assert outcome.status == 0
 
@@ -110,7 +106,7 @@ def test_golden(patterned, report):
 def test_signs(sandbox):
     """If all bits are set, the signed numbers are those that show as -1."""
     sandbox.fill(0xFF)
-    text = "".join(abridged_report(report.run(sandbox).out, report) for report in REPORTS
+    text = "".join(abridged_report(sandbox.run(*report.arguments.split()).out, report) for report in REPORTS
                    if report.arguments != "-u -p -a")
     compare_with_golden("signed-numbers.txt", "".join(dict.fromkeys(re.findall(".* -1\n", text))))
 
@@ -124,16 +120,6 @@ def test_a_record_shows_the_same_in_every_place(patterned, report, repetition):
         data = patterned.contents(section)[start:start + size * repetition.count]
         patterned.poke(section, start, data[-size:] + data[:-size])
     assert records_of(patterned, report, repetition) == before[-1:] + before[:-1]
-
-
-def test_a_bus_record_that_cannot_be_read_shows_as_zeros(sandbox):
-    sandbox.fill_with_pattern()
-    sandbox.environment["FAIL_READ"] = "4:3"
-    out = sandbox.run("-e").out
-    sandbox.environment.clear()
-    assert sandbox.run("-e").out != out
-    sandbox.set("psu[1].psuBus.bus", bytes(35))
-    assert sandbox.run("-e").out == out
 
 
 @pytest.mark.parametrize("root, option, form", [
@@ -200,13 +186,13 @@ def test_parts_of_the_dump_have_reports_of_their_own(sandbox):
 
 @pytest.mark.parametrize("command", entries_of(EDGES))
 def test_edge_values(sandbox, command):
-    """The lines that contain the last word. A setting whose name is a path is the value of that field."""
+    """The lines that match the last word. A setting whose name is a path is the value of that field."""
     sandbox.environment, words = settings_and_words(command)
     for path in sandbox.build.fields.keys() & sandbox.environment.keys():
         sandbox.set(path, int(sandbox.environment.pop(path)))
-    *arguments, word = words.split()
+    *arguments, pattern = words.split()
     outcome = sandbox.run(*arguments)
-    lines = [line for line in lines_of(outcome.out) if word in line]
+    lines = [line for line in lines_of(outcome.out) if re.search(pattern, line)]
     compare_with_entry(EDGES, command, str(outcome.status), "".join(lines))
 
 

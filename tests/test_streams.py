@@ -4,6 +4,7 @@ import subprocess
 
 import pytest
 
+
 @pytest.mark.parametrize("closed", [">&-", "2>&-", ">&- 2>&-", "<&- >&- 2>&-"])
 def test_closed_streams_do_not_lead_into_a_section(sandbox, closed):
     """A platform library that keeps its section open must not get standard output's place."""

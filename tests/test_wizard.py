@@ -10,8 +10,6 @@ WIZARD = ["-w", "-u", "-m"]
 
 def typed_in(sandbox, command):
     """What an entry's command types: "|" stands for Enter and "^D" for the end of input."""
-    if "FAIL_MALLOC" in command and "-fsanitize" in sandbox.build.flags:
-        pytest.skip("sanitizers have a malloc of their own")
     sandbox.fill_with_pattern()
     sandbox.environment, words = settings_and_words(command)
     return words.replace("|", "\n").replace("^D", "\4\4")
