@@ -1,4 +1,4 @@
-# The controller: 64-bit Arm, Linux, glibc. With Debian's g++-aarch64-linux-gnu.
+# For the controller, which has 64-bit Arm, Linux and glibc. Uses Debian's g++-aarch64-linux-gnu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
@@ -8,4 +8,4 @@ set(CMAKE_FIND_ROOT_PATH /usr/aarch64-linux-gnu)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # those of headers alone are for every machine
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # header-only packages suit every architecture

@@ -1,8 +1,8 @@
-# Run at installation: makes the directory that is named in "directory", and those above it that are
-# missing, so that everybody may enter them.
+# Runs at installation: creates the directory that the variable "directory" names, and its missing
+# parents, with a mode that lets everybody enter them.
 cmake_path(ABSOLUTE_PATH directory BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}")
 set(directory "$ENV{DESTDIR}${directory}")
-cmake_path(ABSOLUTE_PATH directory) # DESTDIR may be relative to where we are
+cmake_path(ABSOLUTE_PATH directory) # DESTDIR may be relative to the working directory
 set(missing "")
 while(NOT EXISTS "${directory}")
     list(APPEND missing "${directory}")

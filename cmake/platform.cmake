@@ -1,11 +1,11 @@
-# The platform's two libraries. For a controller, name the real ones; without that the stand-in of
-# this project takes their place.
+# The platform's two libraries. Set the variables below to build for a controller; without them the
+# programs are linked with this project's stand-in.
 #
-# What is named is tried here, with the very files that the program calls it from, so that a mistake
-# ends in a sentence about the variable and not in a complaint about the program.
+# The settings are tested here by compiling and linking the program's own wrapper files, so that a
+# mistake is reported as an error in the variable and not in the program's sources.
 
-# A library is a path or a bare name. -D turns a path into an absolute one, but only in a variable
-# of that type.
+# A library is a path or a bare name. CMake makes a path from the command line absolute, but only if
+# the variable has a path's type.
 foreach(library PLATFORM_SHM_LIBRARY PLATFORM_DATA_LIBRARY)
     set(type STRING)
     if(${library} MATCHES "/")
@@ -14,16 +14,16 @@ foreach(library PLATFORM_SHM_LIBRARY PLATFORM_DATA_LIBRARY)
     set(${library} "" CACHE ${type} "The platform's library: a path, or a name for the linker")
 endforeach()
 set(PLATFORM_EXTRA_LIBRARIES "" CACHE STRING
-    "Libraries that those two need in their turn: a list of paths, or of names for the linker")
+    "Libraries that these two depend on: a list of absolute paths or names for the linker")
 set(PLATFORM_SHM_HEADER "tolm_shm.h" CACHE STRING "Header of the shared-memory library")
 set(PLATFORM_DATA_HEADER "tolm_data.h" CACHE STRING "Header of the shared-data library")
 set(PLATFORM_INCLUDE_DIR "" CACHE PATH "Directory of the two headers")
 
 add_library(orbel_platform INTERFACE IMPORTED)
-# In angle brackets, so that no header of ours is taken for one of the same name.
+# In angle brackets, so that a header of this project with the same name is not included instead.
 target_compile_definitions(orbel_platform INTERFACE
     PLATFORM_SHM_HEADER=<${PLATFORM_SHM_HEADER}> PLATFORM_DATA_HEADER=<${PLATFORM_DATA_HEADER}>)
-# C would take a function that no header declares, and guess its type.
+# C would accept a function that no header declares, and assume its type.
 target_compile_options(orbel_platform INTERFACE
     $<$<COMPILE_LANGUAGE:C>:-Werror=implicit-function-declaration>)
 if(NOT PLATFORM_SHM_LIBRARY AND NOT PLATFORM_DATA_LIBRARY AND NOT PLATFORM_INCLUDE_DIR)
@@ -32,73 +32,116 @@ if(NOT PLATFORM_SHM_LIBRARY AND NOT PLATFORM_DATA_LIBRARY AND NOT PLATFORM_INCLU
     return()
 endif()
 
-foreach(directory IN LISTS PLATFORM_INCLUDE_DIR)
-    if(NOT IS_DIRECTORY ${directory})
-        message(FATAL_ERROR "PLATFORM_INCLUDE_DIR: there is no directory ${directory}")
-    endif()
-endforeach()
-foreach(part SHM DATA)
-    if(NOT PLATFORM_${part}_LIBRARY)
-        message(FATAL_ERROR
-            "PLATFORM_${part}_LIBRARY: name both of the platform's libraries, or neither of them and \
-no PLATFORM_INCLUDE_DIR for the stand-in")
-    endif()
-    foreach(library IN LISTS PLATFORM_${part}_LIBRARY)
-        if(library MATCHES "/" AND NOT EXISTS ${library})
-            message(FATAL_ERROR "PLATFORM_${part}_LIBRARY: there is no file ${library}")
-        endif()
-    endforeach()
-endforeach()
-target_include_directories(orbel_platform SYSTEM INTERFACE ${PLATFORM_INCLUDE_DIR})
-# The extra libraries are for the other two, so they are needed even if the program calls none of
-# them.
-target_link_libraries(orbel_platform INTERFACE ${PLATFORM_SHM_LIBRARY} ${PLATFORM_DATA_LIBRARY}
-    -Wl,--push-state,--no-as-needed ${PLATFORM_EXTRA_LIBRARIES} -Wl,--pop-state)
-
-# check_platform(REASON TYPE SOURCE...): compiles sources as the program's are, and links them if the
-# type is EXECUTABLE. REASON is empty, or why that fails.
-function(check_platform reason type)
-    set(CMAKE_TRY_COMPILE_TARGET_TYPE ${type})
-    try_compile(works SOURCES ${ARGN} NO_CACHE OUTPUT_VARIABLE output
-        CMAKE_FLAGS "-DINCLUDE_DIRECTORIES=${PROJECT_SOURCE_DIR}/src"
-        LINK_LIBRARIES orbel_platform)
-    set(complaint "")
-    if(NOT works)
-        set(complaint "the compiler fails")
-        if(output MATCHES "((error: |error adding |cannot find |undefined |needed by )[^\n]*)")
-            set(complaint "${CMAKE_MATCH_1}")
-        endif()
-    endif()
-    set(${reason} "${complaint}" PARENT_SCOPE)
+# fail(VARIABLE SENTENCE [OUTPUT]): ends configuring with the variable, its value and what is wrong
+# with it, and below that the output of the compiler. CMake does not wrap lines that are indented.
+function(fail variable sentence)
+    string(STRIP "${ARGN}" output)
+    string(REPLACE "\n" "\n    " output "${output}")
+    message(FATAL_ERROR "${variable}=${${variable}}: ${sentence}\n    ${output}")
 endfunction()
 
-set(source_SHM ${PROJECT_SOURCE_DIR}/src/shm/platform_shm.c)
-set(source_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
-foreach(part SHM DATA)
-    check_platform(reason STATIC_LIBRARY ${source_${part}})
-    if(reason)
-        message(FATAL_ERROR
-            "PLATFORM_${part}_HEADER: ${PLATFORM_${part}_HEADER} cannot be used: ${reason}")
+foreach(directory IN LISTS PLATFORM_INCLUDE_DIR)
+    if(NOT IS_DIRECTORY "${directory}")
+        fail(PLATFORM_INCLUDE_DIR "there is no directory ${directory}")
     endif()
 endforeach()
-check_platform(reason EXECUTABLE
-    ${source_SHM} ${source_DATA} ${PROJECT_SOURCE_DIR}/cmake/platform_trial.cpp)
-if(reason)
-    # Which library it is about: the one that the linker names, or that lacks the function, or one
-    # that has not been named yet.
-    set(wrong "PLATFORM_EXTRA_LIBRARIES: a library is missing")
-    foreach(part IN ITEMS EXTRA_LIBRARIES SHM_LIBRARY DATA_LIBRARY)
-        foreach(library IN LISTS PLATFORM_${part})
-            string(FIND "${reason}" "${library}" position)
-            if(NOT position EQUAL -1 AND NOT reason MATCHES "^(undefined|needed by)")
-                set(wrong "PLATFORM_${part}: ${library} cannot be linked with")
-            endif()
-        endforeach()
-    endforeach()
-    if(reason MATCHES "undefined reference to .Tolm_shm_mem")
-        set(wrong "PLATFORM_SHM_LIBRARY: ${PLATFORM_SHM_LIBRARY} lacks a function")
-    elseif(reason MATCHES "undefined reference to .policyTypeToString")
-        set(wrong "PLATFORM_DATA_LIBRARY: ${PLATFORM_DATA_LIBRARY} lacks a function")
+foreach(variable PLATFORM_SHM_LIBRARY PLATFORM_DATA_LIBRARY)
+    if(NOT ${variable})
+        fail(${variable} "set both PLATFORM_SHM_LIBRARY and PLATFORM_DATA_LIBRARY, or unset all \
+PLATFORM_ variables to build with the stand-in")
     endif()
-    message(FATAL_ERROR "${wrong}: ${reason}")
+endforeach()
+foreach(variable PLATFORM_SHM_LIBRARY PLATFORM_DATA_LIBRARY PLATFORM_EXTRA_LIBRARIES)
+    foreach(library IN LISTS ${variable})
+        if(library MATCHES "^[^-].*/" AND NOT IS_ABSOLUTE "${library}")
+            fail(${variable} "${library} is not an absolute path")
+        elseif(IS_ABSOLUTE "${library}" AND (NOT EXISTS "${library}" OR IS_DIRECTORY "${library}"))
+            fail(${variable} "there is no file ${library}")
+        endif()
+    endforeach()
+endforeach()
+
+target_include_directories(orbel_platform SYSTEM INTERFACE ${PLATFORM_INCLUDE_DIR})
+# A native compiler also looks for libraries in LIBRARY_PATH, which may be unset when the programs
+# are built. So its directories are kept, the latest first. (CMake takes them for directories that
+# every linker searches: target_link_directories would leave them out.)
+if(DEFINED ENV{LIBRARY_PATH} AND NOT CMAKE_CROSSCOMPILING)
+    cmake_path(CONVERT "$ENV{LIBRARY_PATH}" TO_CMAKE_PATH_LIST directories)
+    list(APPEND directories ${ORBEL_LIBRARY_PATH})
+    list(REMOVE_ITEM directories "")
+    list(REMOVE_DUPLICATES directories)
+    set(ORBEL_LIBRARY_PATH "${directories}" CACHE INTERNAL "Directories of LIBRARY_PATH")
+endif()
+list(TRANSFORM ORBEL_LIBRARY_PATH PREPEND "-L" OUTPUT_VARIABLE directories)
+target_link_options(orbel_platform INTERFACE ${directories})
+# The program may not call the extra libraries itself; they are linked for the other two.
+set(extra_libraries
+    -Wl,--push-state,--no-as-needed ${PLATFORM_EXTRA_LIBRARIES} -Wl,--pop-state)
+
+# check_platform(TYPE SOURCES LINK-ITEM...): compiles the sources with the program's own flags and, if
+# TYPE is EXECUTABLE, links them. Sets works and output in the caller.
+function(check_platform type sources)
+    set(CMAKE_TRY_COMPILE_TARGET_TYPE ${type})
+    set(CMAKE_TRY_COMPILE_CONFIGURATION ${CMAKE_BUILD_TYPE})
+    try_compile(works SOURCES ${sources} NO_CACHE OUTPUT_VARIABLE output
+        CMAKE_FLAGS "-DINCLUDE_DIRECTORIES=${PROJECT_SOURCE_DIR}/src"
+        LINK_LIBRARIES orbel_platform ${ARGN})
+    set(works "${works}" PARENT_SCOPE)
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+set(wrapper_SHM ${PROJECT_SOURCE_DIR}/src/shm/platform_shm.c)
+set(wrapper_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
+set(main ${PROJECT_SOURCE_DIR}/cmake/platform_check.cpp)
+
+foreach(part SHM DATA)
+    check_platform(STATIC_LIBRARY ${wrapper_${part}})
+    if(NOT works)
+        unset(header)
+        find_file(header ${PLATFORM_${part}_HEADER} PATHS ${PLATFORM_INCLUDE_DIR}
+            NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH NO_CACHE)
+        set(sentence "src/shm cannot be compiled with this header")
+        if(NOT header)
+            set(sentence "this header is not in PLATFORM_INCLUDE_DIR=${PLATFORM_INCLUDE_DIR}")
+        endif()
+        fail(PLATFORM_${part}_HEADER "${sentence}" "${output}")
+    endif()
+endforeach()
+
+# Can the linker read each library?
+foreach(part SHM DATA)
+    check_platform(EXECUTABLE "${main};${wrapper_${part}}"
+        -Wl,--unresolved-symbols=ignore-all ${PLATFORM_${part}_LIBRARY})
+    if(NOT works)
+        fail(PLATFORM_${part}_LIBRARY "the linker cannot use this library" "${output}")
+    endif()
+endforeach()
+check_platform(EXECUTABLE ${main} -Wl,--unresolved-symbols=ignore-all ${extra_libraries})
+if(NOT works)
+    fail(PLATFORM_EXTRA_LIBRARIES "the linker cannot use one of these libraries" "${output}")
+endif()
+
+# Does each library have the functions that its wrapper calls? The linker ignores here what a shared
+# library lacks, but not what a static one lacks, which may be in the extra libraries.
+foreach(part SHM DATA)
+    check_platform(EXECUTABLE "${main};${wrapper_${part}}"
+        -Wl,--unresolved-symbols=ignore-in-shared-libs ${PLATFORM_${part}_LIBRARY} ${extra_libraries})
+    if(NOT works)
+        set(sentence "this library lacks a function that src/shm calls")
+        if(NOT PLATFORM_${part}_LIBRARY MATCHES "/[^/;]*\\.so[.0-9]*$")
+            string(APPEND sentence
+                ", or PLATFORM_EXTRA_LIBRARIES=${PLATFORM_EXTRA_LIBRARIES} lacks one that it calls")
+        endif()
+        fail(PLATFORM_${part}_LIBRARY "${sentence}" "${output}")
+    endif()
+endforeach()
+
+# Do the libraries find what they need themselves?
+target_link_libraries(orbel_platform INTERFACE
+    ${PLATFORM_SHM_LIBRARY} ${PLATFORM_DATA_LIBRARY} ${extra_libraries})
+check_platform(EXECUTABLE "${main};${wrapper_SHM};${wrapper_DATA}")
+if(NOT works)
+    fail(PLATFORM_EXTRA_LIBRARIES
+        "the platform's libraries cannot be linked; one that they need may be missing here"
+        "${output}")
 endif()
