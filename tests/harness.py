@@ -234,10 +234,16 @@ def golden(name):
 FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt"), re.M)
 
 
+# What to do if a golden file differs; the other ones are recorded.
+HINTS = {"list.txt": "tests/golden/list.txt is written by hand: one line per member of the records in src.",
+         "demo-zeros.txt": "Give each new field a value in demo/demo_*.cpp, or record which ones are 0."}
+
+
 def fail_if_different(expected, text, name):
     if expected != text:
         lines = difflib.unified_diff(expected.split("\n"), text.split("\n"), name, "the program", lineterm="")
-        pytest.fail("\n".join(lines), pytrace=False)
+        hint = HINTS.get(name, "If the new output is right, record it: scripts/test release -- --record")
+        pytest.fail("\n".join([*lines, hint]), pytrace=False)
 
 
 def compare_with_golden(name, text):

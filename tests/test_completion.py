@@ -92,7 +92,8 @@ def test_offers(build, typed, line, offer):
         offer = offer.replace(name, " ".join(words))
     expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
     # zsh quotes brackets, and has a directory end in a slash.
-    assert sorted(re.sub(r"\\(.)", r"\1", typed(line + "\t")).rstrip("/").split()) == sorted(expected.split())
+    assert sorted(re.sub(r"\\(.)", r"\1", typed(line + "\t")).rstrip("/").split()) == sorted(expected.split()), \
+        f"see completion/*{line.split()[0]}*"
 
 
 def test_offers_every_option(build, typed):

@@ -137,7 +137,8 @@ def test_tolmfill_creates_complete_sections(sandbox):
     """With the permissions that the umask leaves, and the sticky bit."""
     new = pathlib.Path(sandbox.directory, "new")
     sandbox.environment["TOLM_SHM_DIR"] = new
-    assert tolmfill(sandbox, redirections="umask 027; ulimit -f 40;").status == 1  # too few blocks for section 6
+    for _ in range(2):  # there are too few blocks for section 6; the other sections exist then
+        assert tolmfill(sandbox, redirections="umask 027; ulimit -f 40;").status == 1
     assert {file.name: f"{file.stat().st_mode:o}" for file in new.iterdir()} == {
         f"section-{section}": "100640" for section in (7, 8, 39)}
     assert f"{new.stat().st_mode:o}" == "41750"
