@@ -4,7 +4,9 @@
 
 int main(int argc, char **argv) {
     if (!openStandardStreams("orbelstatctl")) {
-        return static_cast<int>(ExitStatus::failure);
+        const bool isDiff =
+            argc > 1 && argv[1] == std::string_view("diff"); // where 1 means different
+        return static_cast<int>(isDiff ? ExitStatus::usageError : ExitStatus::failure);
     }
     const auto [status, ifOutputIsLost] = runOrbelstatctl(argc, argv);
     const bool isWritten = closeStandardOutput("orbelstatctl");
