@@ -45,12 +45,12 @@ static const char *const ctlWords[] = {
 // clang-format on
 
 static std::span<const char *const> words; // of the program that runs
-// Of each section, as far as it goes.
+// The bytes of each section, up to its size.
 static uint8_t contents[std::ranges::max(allSections, {}, &Section::size).size];
-static const uint8_t *input; // what is left of it, and a zero
+static const uint8_t *input; // the rest of it, followed by a zero
 static size_t remaining;
 static size_t lastWord;
-static FILE *typed;                       // what the program reads as typed on a terminal
+static FILE *typed;                       // the standard input of the program
 static std::set<const Row *> rowsWritten; // in all runs
 
 static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
@@ -120,7 +120,7 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
     return 1;
 }
 
-// With what is left of the input, over and over.
+// Repeats the rest of the input until the sections are full.
 static void fillSections() {
     for (size_t i = 0; i < sizeof contents; i += remaining + 1) {
         memcpy(contents + i, input, std::min(remaining + 1, sizeof contents - i));
@@ -187,7 +187,7 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
     arguments[count] = nullptr;
     rewind(typed);
     fillSections();
-    optind = opterr = 0; // getopt starts anew and is quiet
+    optind = opterr = 0; // resets getopt and silences it
     auto *argv = const_cast<char **>(arguments);
     if (!isOrbelstatctl) {
         const int status = runCommandLine(count, argv);

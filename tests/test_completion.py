@@ -1,4 +1,4 @@
-"""Types command lines and Tab into a real bash and a real zsh and compares what they offer."""
+"""Types command lines and Tab into a real bash and a real zsh and compares the words that they offer."""
 import os
 import re
 import shlex
@@ -12,7 +12,7 @@ pytestmark = native
 COMPLETION = shlex.quote(str(ROOT / "completion"))
 POLICIES = " ".join(map(str, range(16)))
 
-# Of each shell its command, the file that it starts with and the text of that. Tab inserts
+# For each shell: its arguments, its start-up file and that file's text. Tab inserts
 # everything that is offered, Control-T completes, Control-O shows the line between two marks.
 SHELLS = {
     "bash": (["--noprofile", "-i"], ".bashrc", f"""PS1='ready$ '; for file in {COMPLETION}/*.bash; do . "$file"; done
@@ -26,7 +26,7 @@ zstyle ':completion:plain:*' completer _complete
 zstyle ':completion:*' insert true; zstyle ':completion:*' completer _all_matches _complete
 """)}
 
-# What is offered after a program's name and these words; capitals stand for what the programs say.
+# The words that are offered after a program's name and these words. OPTIONS, ROOTS and COMMANDS are filled in below.
 OFFERS = {
     "orbelstatprobe": {
         "": "OPTIONS", "-": "OPTIONS", "-d ": "OPTIONS", "-l ": "", "-l 5 ": "OPTIONS", "-l5 ": "OPTIONS",
@@ -53,7 +53,7 @@ OFFERS = {
         "set - < fi": "file-1", "get upm > fi": "file-1"},
 }
 LINES = [(f"{program} {words}", offer) for program, of in OFFERS.items() for words, offer in of.items()]
-COMPLETED = {  # and gone on with from each ^, these lines have these words
+COMPLETED = {  # with completion requested at each ^, each of these lines ends up as these words
     "get upm.timestamp psu": ["get up^.timest^psu", "get 'up^.timest^psu"], "get psu[": ["get 'psu^'"],
     "get upm.policies[3].state psu": ["get upm.polici^^3^^st^psu", "get 'upm.policies[3^^st^psu",
                                       r"get upm.policies\[3^^st^psu", 'get "upm.policies[3^^st^psu'],
@@ -63,7 +63,7 @@ COMPLETED = {  # and gone on with from each ^, these lines have these words
 
 @pytest.fixture(scope="module", params=SHELLS)
 def typed(build, request, tmp_path_factory):
-    """What a line in a shell turns into as it is typed."""
+    """Returns a function that types a line into a shell and returns the resulting line."""
     if not shutil.which(request.param):
         pytest.skip("there is no " + request.param)
     home, current = tmp_path_factory.mktemp("home"), tmp_path_factory.mktemp("current")

@@ -1,4 +1,4 @@
-"""orbelstatctl from outside: what it prints, writes and refuses."""
+"""Runs orbelstatctl and checks output, status, library calls and written bytes."""
 import calendar
 import contextlib
 import fcntl
@@ -102,7 +102,7 @@ def as_get_prints(data):
 
 def test_list_get_and_json_tell_the_same(sandbox, ctl):
     rng = random.Random(1)
-    for section, size in sandbox.build.sizes.items():  # numbers that are none, texts without end
+    for section, size in sandbox.build.sizes.items():  # with NaNs, and text without a NUL
         sandbox.poke(section, 0, rng.randbytes(size))
     sandbox.set("psu[0].psuBus.deviceName", b'"\\\x01\x7f\xff\n\t\0after')
     sandbox.set(DIMM, struct.pack("<4d", 0.1, 1e-7, float("nan"), float("-inf")))
@@ -203,7 +203,7 @@ CHANGES = f"{STATE}: 7 -> 0\r\n# note\n\n{LIMIT}: 1 -> 2\n{LIMIT}: 2 -> 3\n"
     ((9, 5), "", 1, f"orbelstatctl: {STATE}: is 9, expected 0 (use --force to overwrite it)\n"
                     f"orbelstatctl: {LIMIT}: is 5, expected 3 (use --force to overwrite it)\n")])
 def test_undo(sandbox, ctl, memory, options, status, out):
-    """Of the fields STATE and LIMIT, which hold `memory`."""
+    """`memory` is the pair of values that the fields STATE and LIMIT hold."""
     sandbox.set(STATE, memory[0])
     sandbox.set(LIMIT, memory[1])
     outcome = ctl("undo", *options.split(), "-", typed=CHANGES, status=status)
