@@ -37,10 +37,8 @@ static std::string captureInfo(Source &source) {
 static std::vector<File> readFiles(Source &source) {
     std::vector<File> files;
     for (const Section section : allSections) {
-        if (const uint8_t *bytes = source.sectionBytes(section)) {
-            files.push_back(
-                {"section-" + std::to_string(section.id),
-                 {reinterpret_cast<const char *>(bytes), static_cast<size_t>(section.size)}});
+        if (const auto bytes = source.readBytes(section)) {
+            files.push_back({"section-" + std::to_string(section.id), std::string(*bytes)});
         }
     }
     File names{"policy-names", ""};
@@ -118,7 +116,7 @@ static void createCapture(const std::string &name, const std::vector<File> &file
     }
 }
 
-static ExitStatus runSave(const Arguments &arguments) {
+ExitStatus runSave(const Arguments &arguments) {
     const std::string &text = arguments.operands[0];
     rejectIf(text.empty(), "DIRECTORY is empty");
     Source source;
@@ -131,7 +129,7 @@ static ExitStatus runSave(const Arguments &arguments) {
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl save DIRECTORY
+const char saveHelp[] = R"(Usage: orbelstatctl save DIRECTORY
 
 Save all sections and the policies' names as a capture in a new directory. The
 files are read-only: a capture is evidence.
@@ -140,6 +138,3 @@ Examples:
   orbelstatctl save monday
   orbelstatctl save report && tar cz report >report.tar.gz
 )";
-
-const Command saveCommand = {
-    "save", "Save a capture of all sections", runSave, "", help, "DIRECTORY", 1, true};

@@ -35,7 +35,7 @@ enum class Reader { ignore, await };
 
 // Sleeps until `moment`. Returns false if SIGINT or SIGTERM arrives first or, with `await`, if
 // standard output loses its reader. Throws a failure if sleeping fails.
-bool sleepUntil(Clock::time_point moment, Reader reader);
+bool sleepUntil(std::chrono::time_point<Clock, Seconds> moment, Reader reader);
 
 // Prints and flushes a row. Meanwhile blocks all signals except SIGINT and SIGTERM: a handler of
 // the platform's library could interrupt the write, and then the C library would drop the row.

@@ -1,6 +1,5 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/signals.h"
-#include "orbelstatctl/values.h"
 
 #include <cmath>
 
@@ -81,23 +80,21 @@ static Strings checkAll(const std::vector<Condition> &conditions, Source &source
     source.invalidate();
     Strings failures;
     for (const Condition &condition : conditions) {
-        const auto isUnsatisfied = [&](const Field &field) {
+        for (const Field &field : condition.fields) {
             const auto value = source.readValue(field);
-            return !value || !satisfies(*value, condition, field.node());
-        };
-        const auto field = std::ranges::find_if(condition.fields, isUnsatisfied);
-        if (field != condition.fields.end()) {
-            const auto value = source.readValue(*field);
-            const std::string name = condition.fields.size() > 1 ? field->path + ' ' : "";
-            failures.push_back(
-                condition.text + ": " +
-                (value ? name + "is " + *value : source.errorOf(field->node().section)));
+            if (!value || !satisfies(*value, condition, field.node())) {
+                const std::string name = condition.fields.size() > 1 ? field.path + ' ' : "";
+                failures.push_back(
+                    condition.text + ": " +
+                    (value ? name + "is " + *value : source.errorOf(field.node().section)));
+                break;
+            }
         }
     }
     return failures;
 }
 
-static ExitStatus runWait(const Arguments &arguments) {
+ExitStatus runWait(const Arguments &arguments) {
     const auto conditions = parseAll(arguments.operands, parseCondition);
     const double interval = arguments.number("-i", 0.001, 1e6, 0.1);
     const double timeLimit = arguments.number("-t", 0, 1e6, INFINITY);
@@ -115,13 +112,12 @@ static ExitStatus runWait(const Arguments &arguments) {
             return ExitStatus::failure;
         }
         const double ticks = std::floor(Seconds(Clock::now() - start).count() / interval) + 1;
-        const Seconds next(std::min(ticks * interval, timeLimit));
-        sleepUntil(start + std::chrono::duration_cast<Clock::duration>(next), Reader::ignore);
+        sleepUntil(start + Seconds(std::min(ticks * interval, timeLimit)), Reader::ignore);
     }
     return ExitStatus::failure;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
+const char waitHelp[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
 
 Take samples until all conditions hold in one of them. When the time is up, print
 those that do not hold; the status is then 1. CONDITION is PATH=VALUE, or with
@@ -134,6 +130,3 @@ Examples:
   orbelstatctl wait -t 10 'upm.policies[3].PolicyActiveState=1'
   orbelstatctl wait -t 0 'psu[*].Pin>=0' 'config.peakHeadroom>100'
 )";
-
-const Command waitCommand = {
-    "wait", "Wait until conditions hold", runWait, "i: t:", help, "CONDITION", SIZE_MAX, true};

@@ -1,6 +1,5 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/signals.h"
-#include "orbelstatctl/values.h"
 #include "output/standard_streams.h"
 
 #include <cmath>
@@ -44,7 +43,7 @@ static std::string formatChanges(const std::vector<Field> &fields, const Values 
     return lines;
 }
 
-static ExitStatus runWatch(const Arguments &arguments) {
+ExitStatus runWatch(const Arguments &arguments) {
     const std::vector<Field> fields = expandPaths(parsePaths(arguments.operands, Kind::any));
     const Seconds interval(arguments.number("-i", 0.001, 1e6, 1));
     const double count = arguments.number("-n", 1, 1e9, INFINITY);
@@ -67,14 +66,13 @@ static ExitStatus runWatch(const Arguments &arguments) {
         isMore = printRow(isCsv ? formatRow(values) : formatChanges(fields, values, last));
         // Ticks whose time has passed are skipped but still counted.
         tick = std::max(tick, std::floor((Clock::now() - start) / interval)) + 1;
-        const auto next = std::chrono::duration_cast<Clock::duration>(tick * interval);
-        isMore = isMore && tick < count && sleepUntil(start + next, Reader::await);
+        isMore = isMore && tick < count && sleepUntil(start + tick * interval, Reader::await);
     }
     forgetClosedReader();
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [--csv] PATH ...
+const char watchHelp[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [--csv] PATH ...
 
 Print TIME PATH: OLD -> NEW whenever a value differs from the previous sample.
 
@@ -86,6 +84,3 @@ Examples:
   orbelstatctl watch upm.policies
   orbelstatctl watch --csv -i 0.1 -n 600 'psu[0..1].Pout' >power.csv
 )";
-
-const Command watchCommand = {
-    "watch", "Print changes as they happen", runWatch, "i: n: --csv", help, "PATH", SIZE_MAX, true};
