@@ -57,9 +57,8 @@ Read and write the fields of the power-management shared memory by name.
 Commands:
 )";
     for (const Command &command : commands) {
-        std::string name(command.name);
-        name.resize(9, ' ');
-        help += "  " + name + command.summary + '\n';
+        const std::string padding(9 - command.name.size(), ' ');
+        help.append("  ").append(command.name).append(padding + command.summary + '\n');
     }
     return help + R"(
 Options:
@@ -123,12 +122,11 @@ static Arguments parseArguments(const Command &command, std::span<char *> words)
 }
 
 static const Command &findCommand(const std::string &name) {
-    const Command *found = std::ranges::find(commands, name, &Command::name);
-    if (found != std::end(commands)) {
-        return *found;
-    }
     Strings names;
     for (const Command &command : commands) {
+        if (command.name == name) {
+            return command;
+        }
         names.emplace_back(command.name);
     }
     reject(program, name + ": no such command", didYouMean(name, names));

@@ -16,8 +16,7 @@ struct Arguments {
     [[nodiscard]] std::string last(const std::string &option) const {
         return has(option) ? options.at(option).back() : "";
     }
-    // Returns an option's value as a number. Throws a usage error if it is not one from `least` to
-    // `most`.
+    // Returns an option's value. Throws a usage error if it is not a number from `least` to `most`.
     [[nodiscard]] double number(const std::string &option, double least, double most,
                                 double ifMissing) const;
 };
@@ -36,6 +35,5 @@ struct RunResult {
     ExitStatus ifOutputIsLost; // the status if standard output cannot be written
 };
 
-// Parses a command line, runs its command and prints its errors. The caller opens and closes
-// standard output.
+// Runs a command line and prints its errors. The caller opens and closes standard output.
 RunResult runOrbelstatctl(int argc, char **argv);

@@ -17,8 +17,7 @@ static std::string toUtf8(const std::string &text) {
     return utf8;
 }
 
-// Returns the JSON value of a field. Numbers are written as everywhere else; those that are not
-// finite become null, as does a field that cannot be read.
+// Returns the JSON value of a field; null if it is not finite or cannot be read.
 static Json readJson(Source &source, const Field &field) {
     const auto value = source.readValue(field);
     if (!value) {

@@ -49,8 +49,7 @@ static std::string unknownNameError(std::string_view name, const std::string &be
     return "no such field" + (other.empty() ? hint : "; did you mean " + other + '?');
 }
 
-// Parses an index or a range in brackets. Returns why it is invalid, or "". `name` is the path of
-// the array.
+// Parses an index or a range in brackets of the array `name`. Returns why it is invalid, or "".
 static std::string parseBrackets(const std::string &text, Step &step, const std::string &name) {
     const uint32_t last = step.node->lastIndex();
     if (step.node->count == 0) {
@@ -119,8 +118,7 @@ std::string formatPath(std::span<const Step> path, const std::string &bare) {
     return text;
 }
 
-// Adds the fields that are reached from `done`, a path to one element, by the remaining steps, or
-// all below it without any. `node` is the last one of `done`.
+// Adds the fields that the remaining steps select below `node`, the end of the path `done`.
 static void expand(Path &done, const Node &node, std::span<const Step> rest, Expansion expansion,
                    std::vector<Path> &fields) {
     if (node.isField()) {

@@ -3,7 +3,7 @@
 struct Column {
     std::string header;
     std::vector<Field> fields; // one per row; none for the column of indices
-    Strings cells = {};        // one per row
+    Strings cells = {};        // the header, then one per row
 
     // Whether the cells are aligned to the right.
     [[nodiscard]] bool isNumber() const {
@@ -73,13 +73,10 @@ static std::vector<Column> findColumns(const Path &group, const std::string &tex
 
 // Prints a table of columns, or the columns as rows.
 static void printTable(const std::vector<Column> &columns, bool isTransposed, bool isCsv) {
-    const size_t lines = columns[0].cells.size() + 1; // with the header
-    const size_t width = isTransposed ? lines : columns.size();
-    const size_t height = isTransposed ? columns.size() : lines;
+    const size_t width = isTransposed ? columns[0].cells.size() : columns.size();
+    const size_t height = isTransposed ? columns.size() : columns[0].cells.size();
     const auto at = [&](size_t row, size_t column) -> const std::string & {
-        const auto &[header, fields, cells] = columns[isTransposed ? row : column];
-        const size_t line = isTransposed ? column : row;
-        return line == 0 ? header : cells[line - 1];
+        return isTransposed ? columns[row].cells[column] : columns[column].cells[row];
     };
     std::vector<size_t> widths(width);
     for (size_t i = 0; i < width * height; ++i) {
@@ -106,6 +103,7 @@ ExitStatus runTable(const Arguments &arguments) {
     auto columns = findColumns(group, operands[0], {operands.begin() + 1, operands.end()});
     Source source(arguments.last("--from"));
     for (auto &[header, fields, cells] : columns) {
+        cells = {header};
         for (const Field &field : fields) {
             cells.push_back(source.readValue(field).value_or(""));
         }
@@ -114,8 +112,8 @@ ExitStatus runTable(const Arguments &arguments) {
         return ExitStatus::failure;
     }
     const Node &node = *group.back().node;
-    Column indices{node.isRecordArray() ? std::string(node.name) : "index", {}};
-    for (size_t i = 0; i < columns[0].cells.size(); ++i) {
+    Column indices{"", {}, {node.isRecordArray() ? std::string(node.name) : "index"}};
+    for (size_t i = 0; i < columns[0].fields.size(); ++i) {
         indices.cells.push_back(std::to_string(group.back().first + i));
     }
     columns.insert(columns.begin(), indices);

@@ -16,17 +16,18 @@ struct Table {
     std::span<const Row> rows;
 };
 
-// clang-format off
 static constexpr Table tables[] = {
     {"global", "", 0, globalPowerSection, 0, 0, globalSectionRows},
-    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsBeforeBus},
-    {"psu", "psuBus", psuCount, psuInfoSection, offsetof(sPSUInfoSection, buses), sizeof(sPSUBusInfo), psuBusRows},
-    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsAfterBus},
+    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo),
+     psuRowsBeforeBus},
+    {"psu", "psuBus", psuCount, psuInfoSection, offsetof(sPSUInfoSection, buses),
+     sizeof(sPSUBusInfo), psuBusRows},
+    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo),
+     psuRowsAfterBus},
     {"reporting", "", 0, powerReportingSection, 0, 0, powerReportingRows},
     {"upm", "", 0, powerReportingSection, upmBlockOffset, 0, upmRows},
     {"config", "", 0, powerConfigSection, 0, 0, powerConfigRows},
 };
-// clang-format on
 static_assert(std::ranges::all_of(tables, [](const Table &table) {
     return std::ranges::count(allSections, table.section.id, &Section::id) == 1;
 }));

@@ -12,17 +12,16 @@ struct Condition {
 };
 
 // Compares two integers of any size, in decimal.
-static std::partial_ordering compareIntegers(const std::string &left, const std::string &right) {
-    const auto split = [](const std::string &text) { // size and digits of the magnitude
-        const std::string digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
-        return std::pair(digits.size(), digits);
-    };
-    const bool isLeftNegative = left[0] == '-' && split(left).first != 0;
-    const bool isRightNegative = right[0] == '-' && split(right).first != 0;
-    if (isLeftNegative != isRightNegative) {
-        return isRightNegative <=> isLeftNegative;
+static std::partial_ordering compareIntegers(std::string_view left, std::string_view right) {
+    if (left.starts_with('-') && right.starts_with('-')) {
+        return compareIntegers(right.substr(1), left.substr(1));
     }
-    return isLeftNegative ? split(right) <=> split(left) : split(left) <=> split(right);
+    const auto key = [](std::string_view text) { // the number of digits, negated for "-", and they
+        const auto digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
+        const auto size = static_cast<ptrdiff_t>(digits.size());
+        return std::pair(text.starts_with('-') ? -size : size, digits);
+    };
+    return key(left) <=> key(right);
 }
 
 // Whether a value, as `get -n` prints it, satisfies a condition. A NaN satisfies only "!=".
@@ -65,13 +64,9 @@ static Result<Condition> parseCondition(const std::string &text) {
     }
     const size_t length = text[begin] != '=' && text[begin + 1] == '=' ? 2 : 1;
     const auto [path, error] = parsePath(text.substr(0, begin));
-    Condition condition{text, {}, text.substr(begin, length), text.substr(begin + length)};
-    const std::string problem =
-        error.empty() ? comparisonError(*path.back().node, condition) : error;
-    if (problem.empty()) {
-        condition.fields = expandPaths({path});
-    }
-    return {condition, problem};
+    const Condition condition{text, expandPaths({path}), text.substr(begin, length),
+                              text.substr(begin + length)};
+    return {condition, error.empty() ? comparisonError(*path.back().node, condition) : error};
 }
 
 // Takes a sample. Returns a line for each condition that does not hold, with the first field that

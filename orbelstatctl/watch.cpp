@@ -7,8 +7,7 @@
 
 using Values = std::vector<std::optional<std::string>>;
 
-// Returns the time now: seconds since 1970 with milliseconds or, if `isDate` holds, the same as a
-// date and time in UTC.
+// Returns the time now, with milliseconds: seconds since 1970 or, for `isDate`, a date in UTC.
 static std::string formatTime(bool isDate) {
     using std::chrono::milliseconds;
     const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());

@@ -6,10 +6,6 @@
 
 #include <cerrno>
 
-std::string description(const InputLine &line) {
-    return (line.number != 0 ? "line " + std::to_string(line.number) + ": " : "") + line.text;
-}
-
 std::vector<InputLine> readLines(const std::string &path) {
     const bool isInput = path == "-";
     const std::unique_ptr<FILE, int (*)(FILE *)> opened(
@@ -50,8 +46,7 @@ static void writeAll(std::vector<Assignment> &assignments) {
     }
 }
 
-// Returns what is wrong with a field after all writes; "" if it holds its bytes. `found` is what
-// was read back, if that succeeded.
+// Returns what is wrong with a field, of which `found` was read back; "" if it holds its bytes.
 static std::string writeError(const Assignment &assignment, std::optional<std::string_view> found) {
     const auto &[field, bytes, before, isWritten, error] = assignment;
     const Row &row = *field.node().row;

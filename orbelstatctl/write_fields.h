@@ -9,7 +9,11 @@ struct InputLine {
     std::string text; // without its newline and a carriage return before it
     bool isComplete;  // whether it ends in a newline; if not, the input may be truncated
 };
-std::string description(const InputLine &line); // "line 3: TEXT"; just TEXT for an argument
+
+// Returns "line 3: TEXT"; just TEXT for an argument.
+inline std::string description(const InputLine &line) {
+    return (line.number != 0 ? "line " + std::to_string(line.number) + ": " : "") + line.text;
+}
 
 // Returns the lines of a file, or of standard input for "-", without blank lines and those whose
 // first character after blanks is "#". Throws a failure if the file cannot be read.
