@@ -152,9 +152,10 @@ static void typeAnswer() {
     }
 }
 
+// Types an assignment that is valid for every field.
 static void typeAssignment() {
     const size_t number = (256 * nextBelow(256) + nextBelow(256)) % writableFields().size();
-    fprintf(typed, "%s=%zu\n", writableFields()[number].path.c_str(), nextBelow(3));
+    fprintf(typed, "%s=1\n", writableFields()[number].path.c_str());
 }
 
 static void runProgram(bool isOrbelstatctl, bool isDialogue) {
@@ -171,7 +172,12 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
         if (isOrbelstatctl && nextBelow(8) != 0) {
             arguments[1] = ctlWords[nextBelow(commandCount)];
         }
-        const bool areAssignments = nextBelow(2) == 1;
+        const bool areAssignments = isOrbelstatctl && nextBelow(2) == 1;
+        if (areAssignments) {
+            arguments[1] = "set";
+            arguments[2] = "-";
+            count = 3;
+        }
         for (size_t lines = nextBelow(256); lines > 0; --lines) {
             areAssignments ? typeAssignment() : (void)fprintf(typed, "%s\n", nextWord());
         }

@@ -47,7 +47,7 @@ OFFERS = {
         "get psu": " ".join(f"psu[{i}]" for i in [*range(12), "*"]), r"json psu\[1": "psu[1] psu[10] psu[11]",
         "get psu[0..3].psuB": "psu[0..3].psuBus", "metrics psu psu[*].Vi": "psu[*].Vin", "watch config.u": "",
         "list config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "table upm.": "upm.policies",
-        "table upm.policies sta": "state", "table psu[*] Pin psuBus.b": "psuBus.bus", "set - ": "", "set c": "",
+        "table upm.policies sta": "state", "table psu[*] Pin psuBus.b": "psuBus.bus", "set - ": "",
         "set upm.timestamp=": "", "set a=1 upm.p": "upm.powerLimits upm.policies", "set upm.policies[3].n": "",
         "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
         "set - < fi": "file-1", "get upm > fi": "file-1"},
