@@ -43,12 +43,12 @@ static const char *const ctlWords[] = {
 // clang-format on
 
 static std::span<const char *const> words; // of the program that runs
-// Of each section, as far as it goes.
+// The contents of every section; a shorter section has the beginning of them.
 static uint8_t contents[std::ranges::max(allSections, {}, &Section::size).size];
-static const uint8_t *input; // what is left of it, and a zero
+static const uint8_t *input; // the rest of it, and a zero byte
 static size_t remaining;
 static size_t lastWord;
-static FILE *typed;                       // what the program reads as typed on a terminal
+static FILE *typed;                       // read by the program like a terminal
 static std::set<const Row *> rowsWritten; // in all runs
 
 static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
@@ -118,7 +118,7 @@ extern "C" int isatty(int /*descriptor*/) noexcept {
     return 1;
 }
 
-// With what is left of the input, over and over.
+// Fills the sections with the rest of the input, repeatedly.
 static void fillSections() {
     for (size_t i = 0; i < sizeof contents; i += remaining + 1) {
         memcpy(contents + i, input, std::min(remaining + 1, sizeof contents - i));
@@ -185,7 +185,7 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
     arguments[count] = nullptr;
     rewind(typed);
     fillSections();
-    optind = opterr = 0; // getopt starts anew and is quiet
+    optind = opterr = 0; // restarts getopt, without messages
     auto *argv = const_cast<char **>(arguments);
     if (!isOrbelstatctl) {
         const int status = runCommandLine(count, argv);

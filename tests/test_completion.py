@@ -1,4 +1,4 @@
-"""Types command lines and Tab into a real bash and a real zsh and compares what they offer."""
+"""Types command lines and Tab into a real bash and a real zsh and compares their offers."""
 import os
 import re
 import shlex
@@ -12,8 +12,8 @@ pytestmark = native
 COMPLETION = shlex.quote(str(ROOT / "completion"))
 POLICIES = " ".join(map(str, range(16)))
 
-# Of each shell its command, the file that it starts with and the text of that. Tab inserts
-# everything that is offered, Control-T completes, Control-O shows the line between two marks.
+# For each shell: its arguments, its start-up file and that file's text. Tab inserts all offers, Control-T completes,
+# Control-O shows the line between two marks.
 SHELLS = {
     "bash": (["--noprofile", "-i"], ".bashrc", f"""PS1='ready$ '; for file in {COMPLETION}/*.bash; do . "$file"; done
 show() {{ printf '\\1%s\\2' "$READLINE_LINE"; }}; bind -x '"\\C-o": show'
@@ -26,7 +26,7 @@ zstyle ':completion:plain:*' completer _complete
 zstyle ':completion:*' insert true; zstyle ':completion:*' completer _all_matches _complete
 """)}
 
-# What is offered after a program's name and these words; capitals stand for what the programs say.
+# The offers after a program's name and these words; words in capitals are replaced by those that the programs print.
 OFFERS = {
     "orbelstatprobe": {
         "": "OPTIONS", "-": "OPTIONS", "-d ": "OPTIONS", "-l ": "", "-l 5 ": "OPTIONS", "-l5 ": "OPTIONS",
@@ -53,7 +53,7 @@ OFFERS = {
         "set - < fi": "file-1", "get upm > fi": "file-1"},
 }
 LINES = [(f"{program} {words}", offer) for program, of in OFFERS.items() for words, offer in of.items()]
-COMPLETED = {  # and gone on with from each ^, these lines have these words
+COMPLETED = {  # with completion requested at each ^, each of these lines must end up as these words
     "get upm.timestamp psu": ["get up^.timest^psu", "get 'up^.timest^psu"], "get psu[": ["get 'psu^'"],
     "get upm.policies[3].state psu": ["get upm.polici^^3^^st^psu", "get 'upm.policies[3^^st^psu",
                                       r"get upm.policies\[3^^st^psu", 'get "upm.policies[3^^st^psu'],
@@ -63,7 +63,7 @@ COMPLETED = {  # and gone on with from each ^, these lines have these words
 
 @pytest.fixture(scope="module", params=SHELLS)
 def typed(build, request, tmp_path_factory):
-    """What a line in a shell turns into as it is typed."""
+    """Returns a function that types a line into a shell and returns the resulting line."""
     if not shutil.which(request.param):
         pytest.skip("there is no " + request.param)
     home, current = tmp_path_factory.mktemp("home"), tmp_path_factory.mktemp("current")
@@ -91,7 +91,7 @@ def test_offers(build, typed, line, offer):
                        ("COMMANDS", [word for word in build.commands if word[0] != "-"]):
         offer = offer.replace(name, " ".join(words))
     expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
-    # zsh quotes brackets, and has a directory end in a slash.
+    # zsh quotes brackets, and adds a slash to a directory.
     assert sorted(re.sub(r"\\(.)", r"\1", typed(line + "\t")).rstrip("/").split()) == sorted(expected.split()), \
         f"see completion/*{line.split()[0]}*"
 
