@@ -31,8 +31,7 @@ static constexpr Command commands[] = {
      "BEFORE", true, 2, ExitStatus::usageError},
     {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", true},
     {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", true},
-    {"metrics", "Print numbers and text in the text format of Prometheus", runMetrics, "",
-     metricsHelp},
+    {"metrics", "Print numbers and text for Prometheus", runMetrics, "", metricsHelp},
     {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", true, 1},
 };
 
@@ -62,7 +61,7 @@ Commands:
     }
     return help + R"(
 Options:
-  --from DIRECTORY  Read a capture, which save made, instead of the live memory
+  --from DIRECTORY  Read a capture made by save instead of the live memory
   -h, --help        Print this help, or the help of COMMAND
   -V, --version     Print the version
 

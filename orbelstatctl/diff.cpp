@@ -34,9 +34,9 @@ ExitStatus runDiff(const Arguments &arguments) {
 
 const char diffHelp[] = R"(Usage: orbelstatctl diff [-w] [-p PATH]... BEFORE [AFTER]
 
-Print PATH: OLD -> NEW for each field that differs between two captures (default
-for AFTER: the live memory). The status is 0 without differences, 1 with some,
-and 2 if not everything could be compared.
+Print PATH: OLD -> NEW for each field that differs between the captures BEFORE and
+AFTER (default: the live memory). The status is 0 if nothing differs, 1 if something
+does, and 2 if not everything could be compared.
 
   -w       Compare only writable fields
   -p PATH  Compare only the fields below PATH; may be repeated

@@ -66,8 +66,8 @@ ExitStatus runJson(const Arguments &arguments) {
 
 const char jsonHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] json [PATH]
 
-Print one JSON document, nested as the paths are, without PATH itself. Prints
-nothing if a part cannot be read.
+Print one JSON document, nested like the paths; with PATH, only its value. Prints
+nothing if a section cannot be read.
 
 Examples:
   orbelstatctl json 'psu[0..3]'

@@ -26,8 +26,8 @@ ExitStatus runList(const Arguments &arguments) {
 
 const char listHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] list [-aw] [PATH ...]
 
-Print path, type, section, offset in bytes and, for a writable field, the bounds
-of each member, separated by tabs. Reads no shared memory.
+Print one line per member, with columns separated by tabs: path, type, section,
+offset in bytes and, if it is writable, its bounds. Does not read shared memory.
 
   -a  List each element of an array
   -w  List only writable fields

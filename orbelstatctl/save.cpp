@@ -105,7 +105,9 @@ static void createCapture(const std::string &name, const Files &files) {
     close(directory);
     if (error != 0) {
         const bool isInUse = error == ENOTEMPTY || error == EEXIST;
-        fail(path + ": " + (isInUse ? "already exists and is not empty" : strerror(error)));
+        fail(path + ": " +
+             (isInUse ? "already exists and is not empty; choose another directory"
+                      : strerror(error)));
     }
 }
 
@@ -124,8 +126,8 @@ ExitStatus runSave(const Arguments &arguments) {
 
 const char saveHelp[] = R"(Usage: orbelstatctl save DIRECTORY
 
-Save all sections and the policies' names as a capture in a new directory. The
-files are read-only: a capture is evidence.
+Save all sections and the policies' names as a capture. DIRECTORY is created, or
+must be empty. The files are read-only, so that nothing changes by accident.
 
 Examples:
   orbelstatctl save monday

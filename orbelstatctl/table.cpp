@@ -25,7 +25,7 @@ static std::vector<Path> parseNames(const Strings &names, const Node &node) {
         Result<Path> path = parsePath(name, node);
         if (path.error.empty() && !isRecord &&
             !(path.value.back().node->isField() && path.value.back().isBareArray())) {
-            path.error = "not an array of plain values";
+            path.error = "not an array of single values";
         }
         return path;
     });
@@ -54,7 +54,7 @@ static void addColumns(const Path &group, const Path &below, std::vector<Column>
 static std::vector<Column> findColumns(const Path &group, const std::string &text,
                                        const Strings &names) {
     const Node &node = *group.back().node;
-    rejectIf(node.isField(), text + ": not an array of records or a group");
+    rejectIf(node.isField(), text + ": neither an array of records nor a group");
     rejectIf(std::any_of(group.begin(), group.end() - 1,
                          [](const Step &step) { return step.first != step.last; }),
              text + ": selects several groups; name one of them");
@@ -62,7 +62,7 @@ static std::vector<Column> findColumns(const Path &group, const std::string &tex
     for (const Path &path : parseNames(names, node)) {
         addColumns(group, path, columns);
     }
-    rejectIf(columns.empty(), text + ": contains no array of plain values");
+    rejectIf(columns.empty(), text + ": contains no array of single values");
     for (const auto &[header, fields, cells] : columns) {
         rejectIf(fields.size() != columns[0].fields.size(),
                  text + ": " + columns[0].header + " and " + header +

@@ -74,7 +74,7 @@ ExitStatus runUndo(const Arguments &arguments) {
 
 const char undoHelp[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
 
-Reverse the lines PATH: OLD -> NEW that set, undo or diff printed, last to first.
+Reverse the lines PATH: OLD -> NEW that set, undo or diff -w printed, last to first.
 Nothing is written if a field holds neither value: another process changed it.
 FILE may be "-" for standard input.
 

@@ -117,7 +117,7 @@ ExitStatus runWait(const Arguments &arguments) {
 const char waitHelp[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
 
 Take samples until all conditions hold in one of them. When the time is up, print
-those that do not hold; the status is then 1. CONDITION is PATH=VALUE, or with
+those that do not hold and exit with 1. CONDITION is PATH=VALUE, or with
 !=, <, <=, > or >=; all elements of an array must satisfy it.
 
   -i SECONDS  Interval between samples, 0.001 to 1000000 (default: 0.1)
