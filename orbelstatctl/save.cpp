@@ -1,6 +1,5 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/signals.h"
-#include "upm/upm_block.h"
 
 #include <cerrno>
 #include <ctime>
@@ -38,8 +37,8 @@ static Files readFiles(Source &source) {
             files["section-" + std::to_string(section.id)] = *bytes;
         }
     }
-    for (uint32_t policy = 0; policy < policyCount; ++policy) {
-        files["policy-names"] += escaped(source.policyName(policy).value_or("")) + '\n';
+    for (const Field &name : expandPaths(parsePaths({"upm.policies.name"}, Kind::any))) {
+        files["policy-names"] += source.readValue(name).value_or("") + '\n';
     }
     files["about"] = captureInfo(source);
     return files;

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -65,12 +64,6 @@ Source::Source(std::string capture, ReadErrors whatToDo)
     }
 }
 
-void Source::report(const std::string &message) const {
-    if (errors == ReadErrors::print) {
-        printError(message);
-    }
-}
-
 std::string Source::loadSection(Section section, std::string &bytes) const {
     const auto size = static_cast<size_t>(section.size);
     if (directory.empty()) {
@@ -93,14 +86,14 @@ std::string Source::loadSection(Section section, std::string &bytes) const {
 std::optional<std::string_view> Source::readBytes(Section section) {
     auto &[bytes, error, isRead] = copies[section.id];
     if (!isRead) {
-        const bool hadFailed = !error.empty();
+        const bool isQuiet = !error.empty() || errors == ReadErrors::keep;
         error = loadSection(section, bytes);
         isRead = true;
-        if (!error.empty() && !hadFailed) {
+        if (!error.empty() && !isQuiet) {
             const std::string number = std::to_string(section.id);
-            report(directory.empty()
-                       ? "cannot read section " + number + " (" + rootsOf(section) + "): " + error
-                       : directory + "/section-" + number + ": " + error);
+            printError(directory.empty() ? "cannot read section " + number + " (" +
+                                               rootsOf(section) + "): " + error
+                                         : directory + "/section-" + number + ": " + error);
         }
         failed = failed || !error.empty();
     }
@@ -124,38 +117,34 @@ void Source::loadPolicyNames() {
     names.emplace();
     size_t begin = 0;
     for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
-        names->push_back(unescaped(text.substr(begin, end - begin)));
+        names->push_back(escaped(unescaped(text.substr(begin, end - begin))));
         begin = end + 1;
     }
     if (error == strerror(ENOENT)) {
-        report(path + ": " + error + "; policy names are not available");
+        printError(path + ": " + error + "; policy names are not available");
     } else if (!error.empty() || begin != text.size() || names->size() != policyCount) {
-        report(path + ": " +
-               (!error.empty()         ? error
-                : begin != text.size() ? "the last line does not end in a newline"
-                                       : "has " + std::to_string(names->size()) +
-                                             " line(s), expected " + std::to_string(policyCount)));
+        printError(path + ": " +
+                   (!error.empty() ? error
+                    : begin != text.size()
+                        ? "the last line does not end in a newline"
+                        : "has " + std::to_string(names->size()) + " line(s), expected " +
+                              std::to_string(policyCount)));
         names->clear();
         failed = true;
     }
 }
 
-std::optional<std::string> Source::policyName(uint32_t policy) {
+std::optional<std::string> Source::readValue(const Field &field) {
+    const Node &node = field.node();
+    if (!node.isPolicyName) {
+        const auto bytes = readBytes(field);
+        return bytes ? std::optional(formatValue(*node.row, *bytes)) : std::nullopt;
+    }
     if (directory.empty()) {
-        return ::policyName(static_cast<int>(policy));
+        return escaped(policyName(static_cast<int>(field.offset)));
     }
     if (!names) {
         loadPolicyNames();
     }
-    return names->empty() ? std::nullopt : std::optional((*names)[policy]);
-}
-
-std::optional<std::string> Source::readValue(const Field &field) {
-    const Node &node = field.node();
-    if (node.isPolicyName) {
-        const std::optional<std::string> name = policyName(static_cast<uint32_t>(field.offset));
-        return name ? std::optional(escaped(*name)) : std::nullopt;
-    }
-    const auto bytes = readBytes(field);
-    return bytes ? std::optional(formatValue(*node.row, *bytes)) : std::nullopt;
+    return names->empty() ? std::nullopt : std::optional((*names)[field.offset]);
 }

@@ -4,7 +4,6 @@
 #include "orbelstatctl/paths.h"
 
 #include <map>
-#include <optional>
 
 // Returns "library error -13 (as errno: Permission denied)", with the text only for a negated errno
 // value: what a number means is up to the platform's library.
@@ -14,9 +13,8 @@ enum class ReadErrors { print, keep };
 
 class Source {
   public:
-    // The live memory or, if `directory` is not empty, the capture in that directory. Throws a
-    // failure if that is not a capture of a known format. With `keep`, errors of reads are not
-    // printed.
+    // The live memory or, if `directory` is not empty, a capture. Throws a failure if it is not one
+    // of a known format. With `keep`, failed reads of sections are not printed.
     explicit Source(std::string directory = "", ReadErrors errors = ReadErrors::print);
 
     // Returns the bytes of a section, which is read on first use; nothing if that fails.
@@ -30,11 +28,8 @@ class Source {
     // Makes the next access to each section read it again.
     void invalidate();
 
-    // Returns the platform's name for policy 0..15, not escaped; nothing if it cannot be read or,
-    // with a message, for a capture of version 0.2, which has no names.
-    std::optional<std::string> policyName(uint32_t policy);
-
-    // Returns the value of a field as `get` prints it; nothing if it cannot be read.
+    // Returns the value of a field as `get` prints it; nothing if it cannot be read or, with a
+    // message, for a policy's name in a capture of version 0.2, which has no names.
     std::optional<std::string> readValue(const Field &field);
 
     // Whether any read has failed so far.
@@ -51,11 +46,10 @@ class Source {
     // Reads a section into `bytes`, whose memory is reused. Returns why that fails, or "".
     [[nodiscard]] std::string loadSection(Section section, std::string &bytes) const;
     void loadPolicyNames();
-    void report(const std::string &message) const;
 
     std::string directory;
     ReadErrors errors;
     std::map<int32_t, Copy> copies; // by section number
-    std::optional<Strings> names;   // of the policies in a capture, once read; empty on failure
+    std::optional<Strings> names;   // of the policies in a capture, escaped; empty on failure
     bool failed = false;
 };

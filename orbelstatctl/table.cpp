@@ -14,7 +14,7 @@ struct Column {
 // Returns the paths of the columns below a node: those with these names or, without names, all
 // plain values of a record except bytes, or all arrays of plain values in a group.
 static std::vector<Path> parseNames(const Strings &names, const Node &node) {
-    const bool isRecord = node.isRecordArray();
+    const bool isRecord = node.count != 0;
     std::vector<Path> paths;
     for (const Node &member : node.members) {
         if (member.isField() && !member.isBytes() && (member.count == 0) == isRecord) {
@@ -38,7 +38,7 @@ static void addColumns(const Path &group, const Path &below, std::vector<Column>
     std::vector<Column> added;
     for (const Field &field : expandPaths({path})) {
         std::string header = formatPath(std::span(field.steps).subspan(group.size()));
-        if (!group.back().node->isRecordArray()) {
+        if (group.back().node->count == 0) {
             header.resize(header.rfind('[')); // the index is that of the row
         }
         auto column = std::ranges::find(added, header, &Column::header);
@@ -112,7 +112,7 @@ ExitStatus runTable(const Arguments &arguments) {
         return ExitStatus::failure;
     }
     const Node &node = *group.back().node;
-    Column indices{"", {}, {node.isRecordArray() ? std::string(node.name) : "index"}};
+    Column indices{"", {}, {node.count != 0 ? std::string(node.name) : "index"}};
     for (size_t i = 0; i < columns[0].fields.size(); ++i) {
         indices.cells.push_back(std::to_string(group.back().first + i));
     }

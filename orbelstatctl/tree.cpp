@@ -81,7 +81,7 @@ static Node makeTree() {
     Node &policies = findOrAddNode(root, "upm.policies");
     Node &name = *policies.members.insert(policies.members.begin(), {"name", policies.section});
     name.isPolicyName = true;
-    name.strides = {1};
+    name.strides = {1}; // its offset is the number of the policy
     return root;
 }
 

@@ -30,10 +30,6 @@ struct Node {
     [[nodiscard]] bool isField() const {
         return members.empty();
     }
-    // Whether it is an array of groups.
-    [[nodiscard]] bool isRecordArray() const {
-        return count != 0 && !isField();
-    }
     [[nodiscard]] bool isText() const {
         return isPolicyName || (row != nullptr && row->type == Type::text);
     }

@@ -3,29 +3,22 @@
 
 #include <ranges>
 
-// A line that set or undo printed.
-struct PrintedChange {
-    Field field;
-    std::string oldBytes;
-    std::string newBytes;
-};
-
-// Parses "PATH: OLD -> NEW". PATH must be one writable element. The values may be outside the
-// field's bounds, since memory held them.
-static Result<PrintedChange> parseChange(const InputLine &line) {
+// Parses "PATH: OLD -> NEW", the assignment of NEW after OLD. PATH must be one writable element.
+// The values may be outside the field's bounds, since memory held them.
+static Result<Assignment> parseChange(const InputLine &line) {
     const std::string_view text = line.text;
     const size_t colon = std::min(text.find(": "), text.size());
     const size_t arrow = text.find(" -> ", colon);
     const auto [path, error] = parsePath(text.substr(0, colon));
     const auto fields = error.empty() ? expandPaths({path}, Kind::writable) : std::vector<Field>();
-    PrintedChange change;
+    Assignment change;
     bool isValid = line.isComplete && arrow != std::string_view::npos && fields.size() == 1 &&
                    fields[0].path == text.substr(0, colon);
     if (isValid) {
         const Row &row = *fields[0].node().row;
         const auto old = parseValue(row, text.substr(colon + 2, arrow - colon - 2), Bounds::ignore);
         const auto now = parseValue(row, text.substr(arrow + 4), Bounds::ignore);
-        change = {fields[0], old.value, now.value};
+        change = {fields[0], now.value, old.value};
         isValid = old.error.empty() && now.error.empty();
     }
     return {change, isValid ? "" : "not PATH: OLD -> NEW"};
@@ -34,12 +27,13 @@ static Result<PrintedChange> parseChange(const InputLine &line) {
 // Reverses changes, last to first, on a copy of memory. Returns the resulting bytes of each field.
 // Throws a failure with a message for each field that holds neither value of a change, unless
 // `isForced` holds. Values are compared as they print: a NaN has many representations.
-static std::vector<Assignment> reverseChanges(const std::vector<PrintedChange> &changes,
+static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &changes,
                                               Source &source, bool isForced) {
     std::vector<Assignment> results;
     std::map<std::string, size_t> places;         // of the fields in `results`, by path
     std::map<std::string, std::string> conflicts; // messages by path
-    for (const auto &[field, oldBytes, newBytes] : changes | std::views::reverse) {
+    for (const auto &[field, newBytes, oldBytes, isWritten, error] :
+         changes | std::views::reverse) {
         const auto memory = source.readBytes(field);
         if (!memory) {
             throw CommandError{ExitStatus::failure, {}}; // readBytes has printed the reason

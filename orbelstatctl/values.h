@@ -4,9 +4,8 @@
 #include "orbelstatctl/messages.h"
 #include "orbelstatctl/tree.h"
 
-// Returns the range that `set` accepts, such as "0..100000". Its end is the wizard's bound or the
-// largest value that the field can hold, whichever is less; for a double it starts at minus the
-// bound. The field must be writable.
+// Returns the range that `set` accepts for a writable field, "0..100000": up to the wizard's bound
+// or the largest value that the field can hold; for a double, from minus the bound.
 std::string formatBounds(const Row &row);
 
 // Formats a number with the fewest digits that read back to it, without an exponent from 1e-5 to

@@ -9,15 +9,13 @@ using Values = std::vector<std::optional<std::string>>;
 
 // Returns the time now, with milliseconds: seconds since 1970 or, for `isDate`, a date in UTC.
 static std::string formatTime(bool isDate) {
-    using std::chrono::milliseconds;
-    const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
-    const auto total = now.time_since_epoch().count();
-    const time_t seconds = total / 1000;
-    const std::string fraction = '.' + std::to_string(1000 + total % 1000).substr(1);
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    const std::string fraction = '.' + std::to_string(1000 + now.tv_nsec / 1'000'000).substr(1);
     char date[32];
     tm utc{};
-    strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", gmtime_r(&seconds, &utc));
-    return isDate ? date + fraction + 'Z' : std::to_string(seconds) + fraction;
+    strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", gmtime_r(&now.tv_sec, &utc));
+    return isDate ? date + fraction + 'Z' : std::to_string(now.tv_sec) + fraction;
 }
 
 static std::string formatRow(const Values &values) {
