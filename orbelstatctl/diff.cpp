@@ -17,16 +17,18 @@ ExitStatus runDiff(const Arguments &arguments) {
     Source before(captures[0]);
     Source after(captures.size() == 2 ? captures[1] : "");
     bool isDifferent = false;
+    bool isComplete = true;
     for (const Field &field : expandPaths(paths, kind)) {
         const auto old = before.readValue(field);
         const auto now = after.readValue(field);
+        isComplete = isComplete && old && now;
         if (old && now && *old != *now) {
             print(field.path + ": " + *old + " -> " + *now + '\n');
             isDifferent = true;
         }
     }
     flushStandardOutput();
-    if (before.hasFailed() || after.hasFailed() || ferror(stdout) != 0) {
+    if (!isComplete || ferror(stdout) != 0) {
         return trouble;
     }
     return isDifferent ? different : same;

@@ -33,8 +33,8 @@ static Json readJson(Source &source, const Field &field) {
     return number.is_discarded() ? Json() : *value == "-0" ? Json(-0.0) : number;
 }
 
-// Returns the place of a field that `path` selects in the document. Steps of the path itself appear
-// only as arrays, where they select several elements.
+// Returns the field's value in the document, which starts at the end of `path`: a step of `path`
+// adds no object, and adds an array only if it selects a range.
 static Json &findOrAddJson(Json &document, const Path &path, const Field &field) {
     Json *json = &document;
     for (size_t i = 0; i < field.steps.size(); ++i) {

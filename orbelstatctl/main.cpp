@@ -4,9 +4,7 @@
 
 int main(int argc, char **argv) {
     if (!openStandardStreams("orbelstatctl")) {
-        const bool isDiff =
-            argc > 1 && argv[1] == std::string_view("diff"); // where 1 means different
-        return static_cast<int>(isDiff ? ExitStatus::usageError : ExitStatus::failure);
+        return argc > 1 && argv[1] == std::string_view("diff") ? 2 : 1; // diff(1) exits with 2, too
     }
     const auto [status, ifOutputIsLost] = runOrbelstatctl(argc, argv);
     const bool isWritten = closeStandardOutput("orbelstatctl");

@@ -65,29 +65,36 @@ static std::string parseBrackets(const std::string &text, Step &step, const std:
 }
 
 Result<Path> parsePath(std::string_view text, const Node &start) {
-    Result<Path> path{{}, text.empty() ? "empty path" : ""};
+    if (text.empty()) {
+        return {{}, "empty path"};
+    }
+    Path path;
     const Node *parent = &start;
-    for (size_t at = 0; path.error.empty() && at <= text.size();) {
+    for (size_t at = 0; at <= text.size();) {
         const size_t end = std::min(text.find_first_of(".[", at), text.size());
         const std::string_view name = text.substr(at, end - at);
         const auto node = std::ranges::find(parent->members, name, &Node::name);
         if (node == parent->members.end()) {
             return {{}, unknownNameError(name, std::string(text.substr(0, at)), *parent, start)};
         }
-        path.value.push_back({&*node});
+        path.push_back({&*node});
         at = end;
+        std::string error;
         if (text.substr(end).starts_with('[')) {
             at = std::min(text.find(']', end), text.size() - 1) + 1;
-            path.error = parseBrackets(std::string(text.substr(end, at - end)), path.value.back(),
-                                       std::string(text.substr(0, end)));
+            error = parseBrackets(std::string(text.substr(end, at - end)), path.back(),
+                                  std::string(text.substr(0, end)));
         }
-        if (path.error.empty() && at < text.size() && text[at] != '.') {
-            path.error = "no such field";
+        if (error.empty() && at < text.size() && text[at] != '.') {
+            error = "no such field";
+        }
+        if (!error.empty()) {
+            return {{}, error};
         }
         ++at; // after the dot
         parent = &*node;
     }
-    return path;
+    return {path, ""};
 }
 
 std::vector<Path> parsePaths(const Strings &texts, Kind kind) {

@@ -16,8 +16,8 @@ static std::string targetError(const Path &path) {
                      formatPath(path, "[*]") + " to set them all";
 }
 
-// Parses PATH=VALUE into an assignment for each field that PATH selects. `all` has the bytes of
-// each field so far, by its path, and gets these.
+// Parses PATH=VALUE into an assignment for each field that PATH selects. Adds the
+// bytes to `all`, which maps the path of each assigned field to its bytes.
 static Result<std::vector<Assignment>> parseAssignments(std::string_view text,
                                                         std::map<std::string, std::string> &all) {
     const size_t end = text.find('=');
@@ -77,8 +77,7 @@ const char setHelp[] = R"(Usage: orbelstatctl set [--dry-run] PATH=VALUE ... | -
 
 Validate all assignments, print PATH: OLD -> NEW for each field that changes,
 write these fields and read all of them back. To set several elements of an
-array, give a range or [*]. "-" reads assignments from standard input, one per
-line; blank lines and comments (#) are ignored.
+array, give a range or [*]. "-" reads the assignments from standard input.
 
   --dry-run  Validate and print, but write nothing
 

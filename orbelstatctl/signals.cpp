@@ -47,8 +47,8 @@ void catchInterrupts() {
     }
 }
 
-bool sleepUntil(Clock::time_point moment, Reader reader) {
-    // Blocked until ppoll sleeps: a signal after the test would not wake it.
+bool sleepUntil(Clock::time_point moment, OnReaderExit onReaderExit) {
+    // Blocked except inside ppoll: a signal between the test and ppoll would not end the sleep.
     const BlockedSignals blocked(interrupts());
     while (!isInterrupted()) {
         const auto left = std::max(moment - Clock::now(), Clock::duration::zero());
@@ -56,7 +56,7 @@ bool sleepUntil(Clock::time_point moment, Reader reader) {
         const timespec timeout = {count / 1'000'000'000, count % 1'000'000'000};
         pollfd output = {STDOUT_FILENO, 0, 0};
         const int events =
-            ppoll(&output, reader == Reader::await ? 1 : 0, &timeout, &blocked.previous);
+            ppoll(&output, onReaderExit == OnReaderExit::wake ? 1 : 0, &timeout, &blocked.previous);
         if (events >= 0) {
             return events == 0;
         }

@@ -35,11 +35,11 @@ sigset_t interrupts();
 void catchInterrupts();
 bool isInterrupted();
 
-enum class Reader { ignore, await };
+enum class OnReaderExit { ignore, wake };
 
-// Sleeps until `moment`. Returns false if SIGINT or SIGTERM arrives first or, with `await`, if
+// Sleeps until `moment`. Returns false if SIGINT or SIGTERM arrives first or, with `wake`, if
 // standard output loses its reader. Throws a failure if sleeping fails.
-bool sleepUntil(Clock::time_point moment, Reader reader);
+bool sleepUntil(Clock::time_point moment, OnReaderExit onReaderExit);
 
 // Prints and flushes a row. Meanwhile blocks all signals except SIGINT and SIGTERM: a handler of
 // the platform's library could interrupt the write, and then the C library would drop the row.

@@ -32,18 +32,23 @@ static std::string rootsOf(Section section) {
 // regular file, without waiting for the other end of a FIFO.
 static Result<std::string> readFile(const std::string &path, size_t limit) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const std::unique_ptr<FILE, int (*)(FILE *)> file(
-        descriptor < 0 ? nullptr : fdopen(descriptor, "r"), fclose);
     struct stat status {};
-    if (!file || fstat(descriptor, &status) != 0) {
+    if (descriptor < 0 || fstat(descriptor, &status) != 0) {
         return {"", strerror(errno)};
     }
-    if (!S_ISREG(status.st_mode)) {
-        return {"", "not a regular file"};
+    Result<std::string> contents{std::string(limit, '\0'), ""};
+    size_t used = 0;
+    ssize_t count = S_ISREG(status.st_mode) ? 1 : 0;
+    while (count > 0 && used < limit) {
+        count = read(descriptor, contents.value.data() + used, limit - used);
+        used += static_cast<size_t>(std::max<ssize_t>(count, 0));
     }
-    std::string bytes(limit, '\0');
-    bytes.resize(fread(bytes.data(), 1, limit, file.get()));
-    return {bytes, ferror(file.get()) != 0 ? strerror(errno) : ""};
+    contents.value.resize(used);
+    contents.error = !S_ISREG(status.st_mode) ? "not a regular file"
+                     : count < 0              ? strerror(errno)
+                                              : "";
+    close(descriptor);
+    return contents;
 }
 
 Source::Source(std::string capture, ReadErrors whatToDo)
@@ -52,8 +57,9 @@ Source::Source(std::string capture, ReadErrors whatToDo)
         return;
     }
     struct stat status {};
-    if (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-        fail(directory + ": not a directory");
+    const bool exists = stat(directory.c_str(), &status) == 0;
+    if (!exists || !S_ISDIR(status.st_mode)) {
+        fail(directory + ": " + (exists ? "not a directory" : strerror(errno)));
     }
     const std::string path = directory + "/about";
     const auto [about, error] = readFile(path, maxTextSize);

@@ -13,8 +13,9 @@ enum class ReadErrors { print, keep };
 
 class Source {
   public:
-    // The live memory or, if `directory` is not empty, a capture. Throws a failure if it is not one
-    // of a known format. With `keep`, failed reads of sections are not printed.
+    // The live memory or, if `directory` is not empty, a capture. Throws a failure if that is not a
+    // directory, or if its file `about` cannot be read or names a later format. With `keep`, failed
+    // reads of sections are not printed.
     explicit Source(std::string directory = "", ReadErrors errors = ReadErrors::print);
 
     // Returns the bytes of a section, which is read on first use; nothing if that fails.
@@ -28,8 +29,8 @@ class Source {
     // Makes the next access to each section read it again.
     void invalidate();
 
-    // Returns the value of a field as `get` prints it; nothing if it cannot be read or, with a
-    // message, for a policy's name in a capture of version 0.2, which has no names.
+    // Returns the value of a field as `get` prints it; nothing if it cannot be read. A capture
+    // without policy names is reported, but does not count as a failed read.
     std::optional<std::string> readValue(const Field &field);
 
     // Whether any read has failed so far.

@@ -50,7 +50,7 @@ static void addColumns(const Path &group, const Path &below, std::vector<Column>
     columns.insert(columns.end(), added.begin(), added.end());
 }
 
-// Returns the columns of the table of `group`, which has this text.
+// Returns the columns of the table of `group`. `text` is its path as the user typed it.
 static std::vector<Column> findColumns(const Path &group, const std::string &text,
                                        const Strings &names) {
     const Node &node = *group.back().node;

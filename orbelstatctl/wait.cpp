@@ -16,7 +16,8 @@ static std::partial_ordering compareIntegers(std::string_view left, std::string_
     if (left.starts_with('-') && right.starts_with('-')) {
         return compareIntegers(right.substr(1), left.substr(1));
     }
-    const auto key = [](std::string_view text) { // the number of digits, negated for "-", and they
+    // Returns the number of significant digits, negative for a negative number, and the digits.
+    const auto key = [](std::string_view text) {
         const auto digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
         const auto size = static_cast<ptrdiff_t>(digits.size());
         return std::pair(text.starts_with('-') ? -size : size, digits);
@@ -57,16 +58,19 @@ static std::string comparisonError(const Node &node, const Condition &condition)
 }
 
 static Result<Condition> parseCondition(const std::string &text) {
-    const size_t begin = text.find_first_of("=!<>");
-    if (begin == std::string::npos || begin == 0 || text.substr(begin) == "!" ||
-        (text[begin] == '!' && text[begin + 1] != '=')) {
+    const size_t begin = std::min(text.find_first_of("=!<>"), text.size());
+    const bool hasEquals = begin + 1 < text.size() && text[begin] != '=' && text[begin + 1] == '=';
+    const std::string comparison = text.substr(begin, hasEquals ? 2 : 1);
+    if (begin == 0 || comparison.empty() || comparison == "!") {
         return {{}, "not a condition"};
     }
-    const size_t length = text[begin] != '=' && text[begin + 1] == '=' ? 2 : 1;
     const auto [path, error] = parsePath(text.substr(0, begin));
-    const Condition condition{text, expandPaths({path}), text.substr(begin, length),
-                              text.substr(begin + length)};
-    return {condition, error.empty() ? comparisonError(*path.back().node, condition) : error};
+    if (!error.empty()) {
+        return {{}, error};
+    }
+    const Condition condition{text, expandPaths({path}), comparison,
+                              text.substr(begin + comparison.size())};
+    return {condition, comparisonError(*path.back().node, condition)};
 }
 
 // Takes a sample. Returns a line for each condition that does not hold, with the first field that
@@ -109,7 +113,7 @@ ExitStatus runWait(const Arguments &arguments) {
             return ExitStatus::failure;
         }
         const int64_t tick = (Clock::now() - start) / interval + 1;
-        sleepUntil(start + std::min(tick * interval, limit), Reader::ignore);
+        sleepUntil(start + std::min(tick * interval, limit), OnReaderExit::ignore);
     }
     return ExitStatus::failure;
 }

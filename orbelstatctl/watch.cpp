@@ -64,7 +64,7 @@ ExitStatus runWatch(const Arguments &arguments) {
         // Ticks whose time has passed are skipped but still counted.
         tick = std::max(tick, (Clock::now() - start) / interval) + 1;
         isMore = isMore && static_cast<double>(tick) < count &&
-                 sleepUntil(start + tick * interval, Reader::await);
+                 sleepUntil(start + tick * interval, OnReaderExit::wake);
     }
     forgetClosedReader();
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;

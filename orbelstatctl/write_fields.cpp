@@ -6,26 +6,31 @@
 
 #include <cerrno>
 
+// Reads the next line. Returns false at the end of the file.
+static bool readLine(FILE *file, InputLine &line) {
+    line = {line.number + 1, "", false};
+    int character = getc(file);
+    for (; character != EOF && character != '\n'; character = getc(file)) {
+        line.text += static_cast<char>(character);
+    }
+    line.isComplete = character == '\n';
+    if (line.isComplete && line.text.ends_with('\r')) {
+        line.text.pop_back();
+    }
+    return line.isComplete || !line.text.empty();
+}
+
 std::vector<InputLine> readLines(const std::string &path) {
     const bool isInput = path == "-";
     const std::unique_ptr<FILE, int (*)(FILE *)> opened(
         isInput ? nullptr : fopen(path.c_str(), "re"), fclose);
     FILE *file = isInput ? stdin : opened.get();
     std::vector<InputLine> lines;
-    InputLine line{1, "", true};
-    for (int character = '\n'; file != nullptr && character != EOF;) {
-        character = getc(file);
-        if (character != '\n' && character != EOF) {
-            line.text += static_cast<char>(character);
-            continue;
-        }
-        line.isComplete = character == '\n';
-        line.text.resize(line.text.size() - (line.isComplete && line.text.ends_with('\r') ? 1 : 0));
+    for (InputLine line{}; file != nullptr && readLine(file, line);) {
         const size_t begin = line.text.find_first_not_of(" \t");
         if (begin != std::string::npos && line.text[begin] != '#') {
             lines.push_back(line);
         }
-        line = {line.number + 1, "", true};
     }
     if (file == nullptr || ferror(file) != 0) {
         fail((isInput ? "standard input" : path) + ": " + strerror(errno));
@@ -36,10 +41,11 @@ std::vector<InputLine> readLines(const std::string &path) {
 // Writes one field after the other until a write fails. Allocates nothing: running out of memory
 // here would leave writes unverified.
 static void writeAll(std::vector<Assignment> &assignments) {
-    for (auto &[field, bytes, before, isWritten, error] : assignments) {
-        isWritten = bytes != before;
-        error = isWritten ? writeUpmBlock(field.offset - upmBlockOffset, bytes.data(), bytes.size())
-                          : 0;
+    for (auto &[field, bytes, before, isAttempted, error] : assignments) {
+        isAttempted = bytes != before;
+        error = isAttempted
+                    ? writeUpmBlock(field.offset - upmBlockOffset, bytes.data(), bytes.size())
+                    : 0;
         if (error != 0) {
             return;
         }
@@ -48,7 +54,7 @@ static void writeAll(std::vector<Assignment> &assignments) {
 
 // Returns what is wrong with a field, of which `found` was read back; "" if it holds its bytes.
 static std::string writeError(const Assignment &assignment, std::optional<std::string_view> found) {
-    const auto &[field, bytes, before, isWritten, error] = assignment;
+    const auto &[field, bytes, before, isAttempted, error] = assignment;
     const Row &row = *field.node().row;
     const std::string value = found ? formatValue(row, *found) : "";
     const std::string unread = "could not be read back";
@@ -60,7 +66,7 @@ static std::string writeError(const Assignment &assignment, std::optional<std::s
     if (found == bytes) {
         return "";
     }
-    if (isWritten) {
+    if (isAttempted) {
         return found ? "wrote " + formatValue(row, bytes) + ", but the value read back is " + value
                      : "written, but " + unread;
     }
@@ -72,7 +78,7 @@ static std::string writeError(const Assignment &assignment, std::optional<std::s
 
 ExitStatus writeFields(std::vector<Assignment> assignments, Source &source, bool isDryRun) {
     std::string lines;
-    for (auto &[field, bytes, before, isWritten, error] : assignments) {
+    for (auto &[field, bytes, before, isAttempted, error] : assignments) {
         const auto memory = source.readBytes(field);
         if (!memory) {
             return ExitStatus::failure;

@@ -24,9 +24,9 @@ struct Assignment {
     Field field;
     std::string bytes;
     // The rest is writeFields' own.
-    std::string before = {}; // the bytes before all writes; if equal, nothing is written
-    bool isWritten = false;  // or, with an error, was to be
-    int error = 0;           // of the library, if it failed to write
+    std::string before = {};  // the bytes before all writes; if equal, nothing is written
+    bool isAttempted = false; // whether the library was called to write them
+    int error = 0;            // the result of that call
 };
 
 // Prints "PATH: OLD -> NEW" for each field that does not hold its bytes yet. Unless `isDryRun`

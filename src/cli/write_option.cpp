@@ -26,7 +26,7 @@ EarlyExit failWithPolicyUsage(const Arguments &arguments) {
 }
 
 // Returns whether one of the arguments from `next` on is exactly "-u", with only options before it.
-bool findUpmOption(const Arguments &arguments, int next) {
+bool hasUpmOption(const Arguments &arguments, int next) {
     while (arguments.has(next) && arguments.isOption(next) && !arguments.is(next, "-u")) {
         ++next;
     }
@@ -69,7 +69,7 @@ EarlyExit parsePolicyStateWrite(const Arguments &arguments, int next) {
 
 EarlyExit parseWriteOption(const Arguments &arguments) {
     const int next = optind;
-    if (!findUpmOption(arguments, next)) {
+    if (!hasUpmOption(arguments, next)) {
         return failWithWriteHints("Error: -w now requires -u. Try:");
     }
     if (!arguments.is(next, "-u")) {

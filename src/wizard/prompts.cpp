@@ -65,7 +65,7 @@ static int promptNumber(const char *prompt, const char *malformed,
 }
 
 static uint64_t parseUnsigned(const char *line, char **rest) {
-    return strtoul(line, rest, 10); // "-1" gives 2^64 - 1, which is out of range
+    return strtoul(line, rest, 10); // a negative number wraps: "-1" gives 2^64 - 1
 }
 
 static int64_t parseSigned(const char *line, char **rest) {
