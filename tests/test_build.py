@@ -110,7 +110,7 @@ def test_installed_programs_start_anywhere(build, tmp_path):
     prefix = tmp_path / "elsewhere"
     subprocess.run(["cmake", "--install", build.directory, "--prefix", prefix], check=True)
     moved = prefix.rename(tmp_path / "moved")
-    for program in ("orbelstatprobe", "orbelstatctl", "tolmfill"):
+    for program in ("orbelstatprobe", "orbelstatctl"):
         assert subprocess.check_output(build.command(moved / "bin" / program, "-h"))
 
 
