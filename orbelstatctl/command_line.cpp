@@ -1,17 +1,42 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
-#include "output/standard_streams.h"
 
 #include <cstdio>
 #include <getopt.h>
 #include <new>
 #include <sstream>
 
-static const Command *const commands[] = {
-    &listCommand, &getCommand,   &setCommand,  &undoCommand,    &jsonCommand, &tableCommand,
-    &diffCommand, &watchCommand, &waitCommand, &metricsCommand, &saveCommand};
+struct Command {
+    std::string_view name;
+    const char *summary; // one line for the program's help
+    Run *run;
+    const char *options; // besides --from and --help, such as "i: n: --csv"
+    const char *help;
+    const char *requiredOperand = ""; // the name of the first operand if there must be one
+    bool isLiveOnly = false;          // whether --from is rejected
+    size_t maxOperands = SIZE_MAX;
+    ExitStatus ifFailed = ExitStatus::failure; // the status of failures and of lost output
+};
 
-static const Command program = {"", "", nullptr, "V --version", ""};
+static constexpr Command commands[] = {
+    {"list", "List fields with type, section, offset and bounds", runList, "a w", listHelp},
+    {"get", "Print fields as PATH=VALUE", runGet, "n w", getHelp},
+    {"set", "Validate all assignments, then write them", runSet, "--dry-run", setHelp, "PATH=VALUE",
+     true},
+    {"undo", "Reverse the changes that set printed", runUndo, "--dry-run --force", undoHelp, "FILE",
+     true, 1},
+    {"json", "Print one JSON document", runJson, "", jsonHelp, "", false, 1},
+    {"table", "Print an array of records, or the arrays of a group, as a table", runTable,
+     "t --csv", tableHelp, "PATH"},
+    {"diff", "Compare a capture with another one or the live memory", runDiff, "w p:", diffHelp,
+     "BEFORE", true, 2, ExitStatus::usageError},
+    {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", true},
+    {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", true},
+    {"metrics", "Print numbers and text in the text format of Prometheus", runMetrics, "",
+     metricsHelp},
+    {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", true, 1},
+};
+
+static constexpr Command program = {"", "", nullptr, "V --version", ""};
 
 // Throws a usage error with a hint or, without one, a reference to the command's help.
 [[noreturn]] static void reject(const Command &command, const std::string &message,
@@ -22,20 +47,20 @@ static const Command program = {"", "", nullptr, "V --version", ""};
                        {message + (hint.empty() ? "; see orbelstatctl " + help : hint)}};
 }
 
-static void printProgramHelp(FILE *file) {
-    fputs(R"(Usage: orbelstatctl [--from DIRECTORY] COMMAND [ARGUMENT ...]
+static std::string formatProgramHelp() {
+    std::string help = R"(Usage: orbelstatctl [--from DIRECTORY] COMMAND [ARGUMENT ...]
        orbelstatctl [COMMAND] -h | --help
        orbelstatctl -V | --version
 
 Read and write the fields of the power-management shared memory by name.
 
 Commands:
-)",
-          file);
-    for (const Command *command : commands) {
-        fprintf(file, "  %-8s %s\n", command->name, command->summary);
+)";
+    for (const Command &command : commands) {
+        const std::string padding(9 - command.name.size(), ' ');
+        help.append("  ").append(command.name).append(padding + command.summary + '\n');
     }
-    fputs(R"(
+    return help + R"(
 Options:
   --from DIRECTORY  Read a capture, which save made, instead of the live memory
   -h, --help        Print this help, or the help of COMMAND
@@ -43,9 +68,7 @@ Options:
 
 A PATH selects a field, a group or an array: upm.policies[3].state, psu[0..3],
 reporting. Run "orbelstatctl COMMAND --help" for a command's options and examples.
-)",
-          file);
-    recordOutputError();
+)";
 }
 
 // The value of all long options for getopt_long; greater than any letter.
@@ -100,11 +123,11 @@ static Arguments parseArguments(const Command &command, std::span<char *> words)
 
 static const Command &findCommand(const std::string &name) {
     Strings names;
-    for (const Command *command : commands) {
-        if (command->name == name) {
-            return *command;
+    for (const Command &command : commands) {
+        if (command.name == name) {
+            return command;
         }
-        names.emplace_back(command->name);
+        names.emplace_back(command.name);
     }
     reject(program, name + ": no such command", didYouMean(name, names));
 }
@@ -112,9 +135,13 @@ static const Command &findCommand(const std::string &name) {
 // Runs a command line. `command` becomes the command as soon as it is known.
 static ExitStatus run(std::span<char *> words, const Command *&command) {
     const Arguments general = parseArguments(program, words);
-    if (words.size() <= 1 || general.has("-h") || general.has("--help")) {
-        printProgramHelp(words.size() <= 1 ? stderr : stdout);
-        return words.size() <= 1 ? ExitStatus::usageError : ExitStatus::success;
+    if (words.size() <= 1) {
+        fputs(formatProgramHelp().c_str(), stderr);
+        return ExitStatus::usageError;
+    }
+    if (general.has("-h") || general.has("--help")) {
+        print(formatProgramHelp());
+        return ExitStatus::success;
     }
     if (general.has("-V") || general.has("--version")) {
         print("orbelstatctl " ORBELSTATCTL_VERSION "\n");

@@ -1,7 +1,8 @@
-// The commands of orbelstatctl, each defined in a file with its name, and how one is run.
+// The commands of orbelstatctl, each defined in a file with its name.
 #pragma once
 
 #include "orbelstatctl/source.h"
+#include "orbelstatctl/values.h"
 
 // The parsed words after a command's name.
 struct Arguments {
@@ -15,32 +16,24 @@ struct Arguments {
     [[nodiscard]] std::string last(const std::string &option) const {
         return has(option) ? options.at(option).back() : "";
     }
-    // Returns an option's value as a number. Throws a usage error if it is not one from `least` to
-    // `most`.
+    // Returns an option's value. Throws a usage error if it is not a number from `least` to `most`.
     [[nodiscard]] double number(const std::string &option, double least, double most,
                                 double ifMissing) const;
 };
 
-struct Command {
-    const char *name;
-    const char *summary; // one line for the program's help
-    ExitStatus (*run)(const Arguments &arguments);
-    const char *options;              // besides --from and --help, such as "i: n: --csv"
-    const char *help;                 // usage, options and examples
-    const char *requiredOperand = ""; // the name of the first operand if there must be one
-    size_t maxOperands = SIZE_MAX;
-    bool isLiveOnly = false;                   // whether --from is rejected
-    ExitStatus ifFailed = ExitStatus::failure; // the status of failures and of lost output
-};
+// Runs a command. Throws its errors.
+using Run = ExitStatus(const Arguments &arguments);
 
-extern const Command listCommand, getCommand, setCommand, undoCommand, jsonCommand, tableCommand,
-    metricsCommand, diffCommand, watchCommand, waitCommand, saveCommand;
+// What command_line.cpp needs of each command. The help has usage, options and examples.
+Run runList, runGet, runSet, runUndo, runJson, runTable, runMetrics, runDiff, runWatch, runWait,
+    runSave;
+extern const char listHelp[], getHelp[], setHelp[], undoHelp[], jsonHelp[], tableHelp[],
+    metricsHelp[], diffHelp[], watchHelp[], waitHelp[], saveHelp[];
 
 struct RunResult {
     ExitStatus status;
     ExitStatus ifOutputIsLost; // the status if standard output cannot be written
 };
 
-// Parses a command line, runs its command and prints its errors. The caller opens and closes
-// standard output.
+// Runs a command line and prints its errors. The caller opens and closes standard output.
 RunResult runOrbelstatctl(int argc, char **argv);

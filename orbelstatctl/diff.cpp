@@ -8,7 +8,7 @@ static constexpr auto same = ExitStatus::success;
 static constexpr auto different = ExitStatus::failure;
 static constexpr auto trouble = ExitStatus::usageError;
 
-static ExitStatus runDiff(const Arguments &arguments) {
+ExitStatus runDiff(const Arguments &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     const std::vector<Path> paths =
         parsePaths(arguments.has("-p") ? arguments.options.at("-p") : Strings(), kind);
@@ -32,7 +32,7 @@ static ExitStatus runDiff(const Arguments &arguments) {
     return isDifferent ? different : same;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl diff [-w] [-p PATH]... BEFORE [AFTER]
+const char diffHelp[] = R"(Usage: orbelstatctl diff [-w] [-p PATH]... BEFORE [AFTER]
 
 Print PATH: OLD -> NEW for each field that differs between two captures (default
 for AFTER: the live memory). The status is 0 without differences, 1 with some,
@@ -45,9 +45,3 @@ Examples:
   orbelstatctl diff -p upm monday tuesday
   orbelstatctl diff -w -p upm.policies monday | orbelstatctl undo -
 )";
-
-const Command diffCommand = {"diff",  "Compare a capture with another one or the live memory",
-                             runDiff, "w p:",
-                             help,    "BEFORE",
-                             2,       true,
-                             trouble};

@@ -1,19 +1,17 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
 
 // Returns why `set` could not restore the value of a writable field; "" if it could.
 static std::string restoreError(const Field &field, const std::string &value, Source &source) {
     const Row &row = *field.node().row;
-    const uint8_t *at = source.sectionBytes(field.node().section) + field.offset;
     const auto [bytes, error] = parseValue(row, value, Bounds::check);
     if (!error.empty()) {
         return "skipped, set would reject it: " + error;
     }
-    const bool isSame = memcmp(bytes.data(), at, row.size) == 0;
-    return isSame ? "" : "skipped, this NaN cannot be restored bit for bit";
+    return source.readBytes(field) == bytes ? ""
+                                            : "skipped, this NaN cannot be restored bit for bit";
 }
 
-static ExitStatus runGet(const Arguments &arguments) {
+ExitStatus runGet(const Arguments &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     const std::vector<Path> paths = parsePaths(arguments.operands, kind);
     Source source(arguments.last("--from"));
@@ -34,7 +32,7 @@ static ExitStatus runGet(const Arguments &arguments) {
     return source.hasFailed() || isSkipped ? ExitStatus::failure : ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] get [-nw] [PATH ...]
+const char getHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] get [-nw] [PATH ...]
 
 Print fields as PATH=VALUE, in the order in which they are named (default: all).
 
@@ -45,5 +43,3 @@ Examples:
   watts=$(orbelstatctl get -n 'upm.policies[3].policyPowerLimit')
   orbelstatctl get -w upm.policies >policies
 )";
-
-const Command getCommand = {"get", "Print fields as PATH=VALUE", runGet, "n w", help};

@@ -1,5 +1,4 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
 
 #include <nlohmann/json.hpp>
 
@@ -18,28 +17,20 @@ static std::string toUtf8(const std::string &text) {
     return utf8;
 }
 
-// Returns the JSON value of a field. Numbers are written as everywhere else; those that are not
-// finite become null, as does a field that cannot be read.
+// Returns the JSON value of a field; null if it is not finite or cannot be read.
 static Json readJson(Source &source, const Field &field) {
-    const Node &node = field.node();
-    if (node.isPolicyName) {
-        const auto name = source.policyName(field.indices().at(0));
-        return name ? Json(toUtf8(*name)) : Json();
-    }
-    const uint8_t *section = source.sectionBytes(node.section);
-    if (section == nullptr) {
+    const auto value = source.readValue(field);
+    if (!value) {
         return {};
     }
-    const uint8_t *at = section + field.offset;
-    if (node.isText()) {
-        return toUtf8(toText(*node.row, at));
+    if (field.node().isText()) {
+        return toUtf8(unescaped(*value));
     }
-    const std::string value = formatValue(*node.row, at);
-    if (node.isBytes()) {
-        return value;
+    if (field.node().isBytes()) {
+        return *value;
     }
-    const Json number = Json::parse(value, nullptr, false);
-    return number.is_discarded() ? Json() : value == "-0" ? Json(-0.0) : number;
+    const Json number = Json::parse(*value, nullptr, false);
+    return number.is_discarded() ? Json() : *value == "-0" ? Json(-0.0) : number;
 }
 
 // Returns the place of a field that `path` selects in the document. Steps of the path itself appear
@@ -59,7 +50,7 @@ static Json &findOrAddJson(Json &document, const Path &path, const Field &field)
     return *json;
 }
 
-static ExitStatus runJson(const Arguments &arguments) {
+ExitStatus runJson(const Arguments &arguments) {
     const Path path = parsePaths(arguments.operands, Kind::any)[0];
     Source source(arguments.last("--from"));
     Json document;
@@ -73,7 +64,7 @@ static ExitStatus runJson(const Arguments &arguments) {
     return ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] json [PATH]
+const char jsonHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] json [PATH]
 
 Print one JSON document, nested as the paths are, without PATH itself. Prints
 nothing if a part cannot be read.
@@ -82,5 +73,3 @@ Examples:
   orbelstatctl json 'psu[0..3]'
   orbelstatctl json upm.policies | jq '.[] | select(.state == 1) | .name'
 )";
-
-const Command jsonCommand = {"json", "Print one JSON document", runJson, "", help, "", 1};

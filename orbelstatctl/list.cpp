@@ -1,7 +1,16 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
 
-static ExitStatus runList(const Arguments &arguments) {
+// Returns u8, i16, double, time32, char[64], byte[256], ...; "text" for a policy's name.
+static std::string formatType(const Node &field) {
+    if (field.isPolicyName) {
+        return "text";
+    }
+    const std::string name(typeInfo(field.row->type).name);
+    return isByteString(field.row->type) ? name + '[' + std::to_string(field.row->size) + ']'
+                                         : name;
+}
+
+ExitStatus runList(const Arguments &arguments) {
     const auto expansion = arguments.has("-a") ? Expansion::elements : Expansion::members;
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     for (const Field &field : expandPaths(parsePaths(arguments.operands, kind), kind, expansion)) {
@@ -15,7 +24,7 @@ static ExitStatus runList(const Arguments &arguments) {
     return ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] list [-aw] [PATH ...]
+const char listHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] list [-aw] [PATH ...]
 
 Print path, type, section, offset in bytes and, for a writable field, the bounds
 of each member, separated by tabs. Reads no shared memory.
@@ -27,6 +36,3 @@ Examples:
   orbelstatctl list -w upm.powerLimits
   orbelstatctl list -a 'psu[0]'
 )";
-
-const Command listCommand = {"list", "List fields with type, section, offset and bounds", runList,
-                             "a w", help};

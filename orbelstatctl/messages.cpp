@@ -21,10 +21,9 @@ std::string escaped(std::string_view text) {
     std::string line;
     for (const char character : text) {
         char code[8] = {character};
-        if (character == '\\') {
-            snprintf(code, sizeof code, "\\\\");
-        } else if (character == '\n' || character == '\t') {
-            snprintf(code, sizeof code, "\\%c", character == '\n' ? 'n' : 't');
+        if (const size_t place = std::string_view("\\\n\t").find(character);
+            place != std::string_view::npos) {
+            snprintf(code, sizeof code, "\\%c", "\\nt"[place]);
         } else if (character < ' ' || character > '~') {
             snprintf(code, sizeof code, "\\x%02x", static_cast<uint8_t>(character));
         }

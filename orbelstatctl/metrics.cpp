@@ -9,42 +9,44 @@ static std::string metricName(const Path &member) {
     return member.back().node->isText() ? name + "_info" : name;
 }
 
+static void addLabel(std::string &labels, std::string_view name, const std::string &value) {
+    labels.append(labels.empty() ? "{" : ",").append(name).append("=\"" + value + '"');
+}
+
 // Returns "{policies="3"} 1": a label for each index, named after its array, or "index" for an
 // array of plain values, then the value. Text is one more label, and its value is 1.
 static std::string formatSample(const Field &field, const std::string &value) {
     std::string labels;
     for (const Step &step : field.steps) {
         if (step.node->count != 0) {
-            labels += (labels.empty() ? "" : ",") +
-                      std::string(step.node->isField() ? "index" : step.node->name) + "=\"" +
-                      std::to_string(step.first) + '"';
+            addLabel(labels, step.node->isField() ? "index" : step.node->name,
+                     std::to_string(step.first));
         }
     }
+    std::string number = value == "inf" ? "+Inf" : value == "-inf" ? "-Inf" : value;
     if (field.node().isText()) {
-        labels += (labels.empty() ? "" : ",") + std::string(field.node().name) + "=\"";
+        std::string quoted;
         for (const char character : value) {
-            labels += character == '\\' || character == '"' ? "\\" : "";
-            labels += character;
+            quoted += character == '\\' || character == '"' ? "\\" : "";
+            quoted += character;
         }
-        labels += '"';
+        addLabel(labels, field.node().name, quoted);
+        number = "1";
+    } else if (value.ends_with("nan")) {
+        number = "NaN";
     }
-    return (labels.empty() ? "" : '{' + labels + '}') + ' ' +
-           (field.node().isText()               ? "1"
-            : value == "inf" || value == "-inf" ? (value[0] == '-' ? "-Inf" : "+Inf")
-            : value.ends_with("nan")            ? "NaN"
-                                                : value) +
-           '\n';
+    return (labels.empty() ? "" : labels + '}') + ' ' + number + '\n';
 }
 
 static void printHeading(const std::string &name, const std::string &help) {
     print("# HELP " + name + ' ' + help + "\n# TYPE " + name + " gauge\n");
 }
 
-static ExitStatus runMetrics(const Arguments &arguments) {
+ExitStatus runMetrics(const Arguments &arguments) {
     const std::vector<Path> paths = parsePaths(arguments.operands, Kind::metric);
     Source source(arguments.last("--from"));
-    // The samples of each member by their indices, so that each appears once.
-    std::map<const Node *, std::map<std::vector<uint32_t>, std::string>> samples;
+    // The samples of each member by their offsets, so that each appears once.
+    std::map<const Node *, std::map<size_t, std::string>> samples;
     std::map<int32_t, bool> readable; // by section number
     for (const Field &field : expandPaths(paths, Kind::metric)) {
         const auto value = source.readValue(field);
@@ -52,7 +54,7 @@ static ExitStatus runMetrics(const Arguments &arguments) {
             readable[field.node().section.id] = value.has_value();
         }
         if (value) {
-            samples[&field.node()][field.indices()] = formatSample(field, *value);
+            samples[&field.node()][field.offset] = formatSample(field, *value);
         }
     }
     if (!readable.empty()) {
@@ -67,14 +69,14 @@ static ExitStatus runMetrics(const Arguments &arguments) {
         if (samples.contains(&member.node())) {
             printHeading(name, member.path);
         }
-        for (const auto &[indices, sample] : samples[&member.node()]) {
+        for (const auto &[offset, sample] : samples[&member.node()]) {
             print(name + sample);
         }
     }
     return ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl [--from DIRECTORY] metrics [PATH ...]
+const char metricsHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] metrics [PATH ...]
 
 Print numbers and text in the text format of Prometheus. A section that cannot
 be read has orbelstat_section_readable 0 and no other lines.
@@ -83,6 +85,3 @@ Examples:
   orbelstatctl metrics 'psu[*].Pout' upm.policies
   orbelstatctl metrics >orbelstat.tmp && mv orbelstat.tmp orbelstat.prom
 )";
-
-const Command metricsCommand = {
-    "metrics", "Print numbers and text in the text format of Prometheus", runMetrics, "", help};

@@ -1,11 +1,6 @@
 #include "orbelstatctl/paths.h"
 
 #include <charconv>
-#include <numeric>
-
-Step allOf(const Node &node) {
-    return {&node, Step::none, 0, node.lastIndex()};
-}
 
 static constexpr char indexForms[] = "; use [0], [0..3] or [*]";
 
@@ -54,8 +49,7 @@ static std::string unknownNameError(std::string_view name, const std::string &be
     return "no such field" + (other.empty() ? hint : "; did you mean " + other + '?');
 }
 
-// Parses an index or a range in brackets. Returns why it is invalid, or "". `name` is the path of
-// the array.
+// Parses an index or a range in brackets of the array `name`. Returns why it is invalid, or "".
 static std::string parseBrackets(const std::string &text, Step &step, const std::string &name) {
     const uint32_t last = step.node->lastIndex();
     if (step.node->count == 0) {
@@ -80,7 +74,7 @@ Result<Path> parsePath(std::string_view text, const Node &start) {
         if (node == parent->members.end()) {
             return {{}, unknownNameError(name, std::string(text.substr(0, at)), *parent, start)};
         }
-        path.value.push_back(allOf(*node));
+        path.value.push_back({&*node});
         at = end;
         if (text.substr(end).starts_with('[')) {
             at = std::min(text.find(']', end), text.size() - 1) + 1;
@@ -110,7 +104,7 @@ std::vector<Path> parsePaths(const Strings &texts, Kind kind) {
     });
 }
 
-std::string formatPath(const Path &path, const std::string &bare) {
+std::string formatPath(std::span<const Step> path, const std::string &bare) {
     std::string text;
     for (const Step &step : path) {
         text += (text.empty() ? "" : ".") + std::string(step.node->name);
@@ -124,18 +118,7 @@ std::string formatPath(const Path &path, const std::string &bare) {
     return text;
 }
 
-std::vector<uint32_t> Field::indices() const {
-    std::vector<uint32_t> indices;
-    for (const Step &step : steps) {
-        if (step.node->count != 0) {
-            indices.push_back(step.first);
-        }
-    }
-    return indices;
-}
-
-// Adds the fields that are reached from `done`, a path to one element, by the remaining steps, or
-// all below it without any. `node` is the last one of `done`.
+// Adds the fields that the remaining steps select below `node`, the end of the path `done`.
 static void expand(Path &done, const Node &node, std::span<const Step> rest, Expansion expansion,
                    std::vector<Path> &fields) {
     if (node.isField()) {
@@ -144,7 +127,7 @@ static void expand(Path &done, const Node &node, std::span<const Step> rest, Exp
     }
     if (rest.empty()) {
         for (const Node &member : node.members) {
-            const Step all = allOf(member);
+            const Step all{&member};
             expand(done, node, {&all, 1}, expansion, fields);
         }
         return;
@@ -165,14 +148,14 @@ std::vector<Field> expandPaths(const std::vector<Path> &paths, Kind kind, Expans
         expand(done, tree(), path, expansion, expanded);
     }
     std::vector<Field> fields;
-    for (Path &steps : expanded) {
+    for (const Path &steps : expanded) {
         const Node &node = *steps.back().node;
         if (node.is(kind)) {
-            Field field{std::move(steps), "", 0};
-            field.path = formatPath(field.steps);
-            const std::vector<uint32_t> indices = field.indices();
-            field.offset = std::inner_product(node.strides.begin(), node.strides.end(),
-                                              indices.begin(), node.offset);
+            Field field{steps, formatPath(steps), node.offset};
+            auto stride = node.strides.begin();
+            for (const Step &step : steps) {
+                field.offset += step.node->count != 0 ? step.first * *stride++ : 0;
+            }
             fields.push_back(std::move(field));
         }
     }

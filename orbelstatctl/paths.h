@@ -12,9 +12,9 @@ struct Step {
         range, // [0..3] or [*]
     };
     const Node *node;
-    Index index;
-    uint32_t first;
-    uint32_t last;
+    Index index = none;
+    uint32_t first = 0;
+    uint32_t last = node->lastIndex();
 
     // Whether it selects several elements without naming them.
     [[nodiscard]] bool isBareArray() const {
@@ -25,9 +25,6 @@ struct Step {
 // The steps from a root downwards. An empty path selects everything.
 using Path = std::vector<Step>;
 
-// Returns the step that selects all of a node.
-Step allOf(const Node &node);
-
 // Parses a path below `start`. The error does not contain the path itself.
 Result<Path> parsePath(std::string_view text, const Node &start = tree());
 
@@ -37,19 +34,17 @@ std::vector<Path> parsePaths(const Strings &texts, Kind kind);
 
 // Formats a path, with [3] or [0..3] after each array. `bare` replaces the range where the path has
 // no brackets.
-std::string formatPath(const Path &path, const std::string &bare = "");
+std::string formatPath(std::span<const Step> path, const std::string &bare = "");
 
 // A field or, with ranges in its steps, the elements of one member.
 struct Field {
     Path steps;
     std::string path; // formatted
-    size_t offset;    // of the (first) element in its section, in bytes
+    size_t offset;    // of the (first) element in its section, in bytes; of a name: the policy
 
     [[nodiscard]] const Node &node() const {
         return *steps.back().node;
     }
-    // Returns the index of each array in the path.
-    [[nodiscard]] std::vector<uint32_t> indices() const;
 };
 
 enum class Expansion {

@@ -9,10 +9,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-struct File {
-    std::string name;
-    std::string bytes;
-};
+using Files = std::map<std::string, std::string>; // contents by name
 
 // Returns the text of the file "about": KEY=VALUE lines with what was captured where and when.
 static std::string captureInfo(Source &source) {
@@ -34,37 +31,32 @@ static std::string captureInfo(Source &source) {
 }
 
 // Reads everything that a capture holds. A section that cannot be read has no file.
-static std::vector<File> readFiles(Source &source) {
-    std::vector<File> files;
+static Files readFiles(Source &source) {
+    Files files;
     for (const Section section : allSections) {
-        if (const uint8_t *bytes = source.sectionBytes(section)) {
-            files.push_back(
-                {"section-" + std::to_string(section.id),
-                 {reinterpret_cast<const char *>(bytes), static_cast<size_t>(section.size)}});
+        if (const auto bytes = source.readBytes(section)) {
+            files["section-" + std::to_string(section.id)] = *bytes;
         }
     }
-    File names{"policy-names", ""};
     for (uint32_t policy = 0; policy < policyCount; ++policy) {
-        names.bytes += escaped(source.policyName(policy).value_or("")) + '\n';
+        files["policy-names"] += escaped(source.policyName(policy).value_or("")) + '\n';
     }
-    files.push_back(names);
-    files.push_back({"about", captureInfo(source)});
+    files["about"] = captureInfo(source);
     return files;
 }
 
-// Writes a new file to a directory and flushes it to disk. Nobody may write to it later: a capture
-// is evidence. Returns 0 or an errno value.
-static int writeFile(int directory, const File &file) {
-    const int descriptor = openat(directory, file.name.c_str(),
-                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0444);
+// Writes a new, read-only file and flushes it to disk. Returns 0 or an errno value.
+static int writeFile(int directory, const std::string &name, std::string_view bytes) {
+    const int descriptor =
+        openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0444);
     if (descriptor < 0) {
         return errno;
     }
     int error = 0;
-    for (std::string_view rest = file.bytes; error == 0 && !rest.empty();) {
-        const ssize_t count = write(descriptor, rest.data(), rest.size());
+    while (error == 0 && !bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
         error = count < 0 && errno != EINTR ? errno : 0;
-        rest.remove_prefix(static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        bytes.remove_prefix(static_cast<size_t>(std::max<ssize_t>(count, 0)));
     }
     error = error == 0 && fsync(descriptor) != 0 ? errno : error;
     return close(descriptor) != 0 && error == 0 ? errno : error;
@@ -90,24 +82,23 @@ static int finishDirectory(int directory, const std::string &temporary, const st
 }
 
 // Creates the capture `name`: complete, or not at all. Throws a failure.
-static void createCapture(const std::string &name, const std::vector<File> &files) {
+static void createCapture(const std::string &name, const Files &files) {
     std::string temporary = name + ".XXXXXX";
     if (mkdtemp(temporary.data()) == nullptr) {
         fail(name + ": " + strerror(errno));
     }
-    // Files are created relative to this descriptor, so that no other user who may write to the
-    // parent directory can redirect them.
+    // Files are created relative to this descriptor, so that no other user can redirect them.
     const int directory = open(temporary.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     int error = directory < 0 ? errno : 0;
     std::string path = name;
     for (auto file = files.begin(); error == 0 && file != files.end(); ++file) {
-        error = writeFile(directory, *file);
-        path = error == 0 ? name : name + '/' + file->name;
+        error = writeFile(directory, file->first, file->second);
+        path = error == 0 ? name : name + '/' + file->first;
     }
     error = error == 0 ? finishDirectory(directory, temporary, name) : error;
     if (error != 0) {
-        for (const File &file : files) {
-            unlinkat(directory, file.name.c_str(), 0);
+        for (const auto &[file, bytes] : files) {
+            unlinkat(directory, file.c_str(), 0);
         }
         rmdir(temporary.c_str());
     }
@@ -118,11 +109,11 @@ static void createCapture(const std::string &name, const std::vector<File> &file
     }
 }
 
-static ExitStatus runSave(const Arguments &arguments) {
+ExitStatus runSave(const Arguments &arguments) {
     const std::string &text = arguments.operands[0];
     rejectIf(text.empty(), "DIRECTORY is empty");
     Source source;
-    const std::vector<File> files = readFiles(source);
+    const Files files = readFiles(source);
     // A signal in between would leave the temporary directory behind.
     sigset_t signals = interrupts();
     sigaddset(&signals, SIGHUP);
@@ -131,7 +122,7 @@ static ExitStatus runSave(const Arguments &arguments) {
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl save DIRECTORY
+const char saveHelp[] = R"(Usage: orbelstatctl save DIRECTORY
 
 Save all sections and the policies' names as a capture in a new directory. The
 files are read-only: a capture is evidence.
@@ -140,6 +131,3 @@ Examples:
   orbelstatctl save monday
   orbelstatctl save report && tar cz report >report.tar.gz
 )";
-
-const Command saveCommand = {
-    "save", "Save a capture of all sections", runSave, "", help, "DIRECTORY", 1, true};

@@ -1,5 +1,4 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
 #include "orbelstatctl/write_fields.h"
 
 // Returns why a path cannot be assigned to; "" if it can.
@@ -50,15 +49,15 @@ static Result<std::vector<Assignment>> parseAssignments(std::string_view text,
 static std::vector<Assignment> readAssignments(const Strings &arguments) {
     std::vector<InputLine> lines;
     if (arguments == Strings{"-"}) {
-        lines = readLines(stdin, "standard input");
+        lines = readLines("-");
         rejectIf(lines.empty(), "standard input: nothing to set");
         // If the writer died in mid-line, "=65" may be all that is left of "=650".
         rejectIf(!lines.back().isComplete,
                  "standard input: the last line does not end in a newline (truncated input?)");
     } else {
-        std::ranges::transform(arguments, std::back_inserter(lines), [](const std::string &text) {
-            return InputLine{0, text, true};
-        });
+        for (const std::string &text : arguments) {
+            lines.push_back({0, text, true});
+        }
     }
     std::map<std::string, std::string> all;
     std::vector<Assignment> assignments;
@@ -69,12 +68,12 @@ static std::vector<Assignment> readAssignments(const Strings &arguments) {
     return assignments;
 }
 
-static ExitStatus runSet(const Arguments &arguments) {
+ExitStatus runSet(const Arguments &arguments) {
     Source source;
     return writeFields(readAssignments(arguments.operands), source, arguments.has("--dry-run"));
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl set [--dry-run] PATH=VALUE ... | -
+const char setHelp[] = R"(Usage: orbelstatctl set [--dry-run] PATH=VALUE ... | -
 
 Validate all assignments, print PATH: OLD -> NEW for each field that changes,
 write these fields and read all of them back. To set several elements of an
@@ -87,8 +86,3 @@ Examples:
   orbelstatctl set 'upm.policies[3].policyPowerLimit=650' >changes
   orbelstatctl set --dry-run 'upm.policies[*].state=0'
 )";
-
-const Command setCommand = {"set",    "Validate all assignments, then write them",
-                            runSet,   "--dry-run",
-                            help,     "PATH=VALUE",
-                            SIZE_MAX, true};

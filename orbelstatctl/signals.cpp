@@ -51,9 +51,8 @@ bool sleepUntil(Clock::time_point moment, Reader reader) {
     // Blocked until ppoll sleeps: a signal after the test would not wake it.
     const BlockedSignals blocked(interrupts());
     while (!isInterrupted()) {
-        using std::chrono::nanoseconds;
         const auto left = std::max(moment - Clock::now(), Clock::duration::zero());
-        const int64_t count = std::chrono::duration_cast<nanoseconds>(left).count();
+        const auto count = std::chrono::duration_cast<std::chrono::nanoseconds>(left).count();
         const timespec timeout = {count / 1'000'000'000, count % 1'000'000'000};
         pollfd output = {STDOUT_FILENO, 0, 0};
         const int events =

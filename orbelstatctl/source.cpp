@@ -47,23 +47,20 @@ static Result<std::string> readFile(const std::string &path, size_t limit) {
     return {bytes, ferror(file.get()) != 0 ? strerror(errno) : ""};
 }
 
-static bool isMissing(const std::string &path) {
-    return access(path.c_str(), F_OK) != 0 && errno == ENOENT;
-}
-
 Source::Source(std::string capture, ReadErrors whatToDo)
     : directory(std::move(capture)), errors(whatToDo) {
-    const std::string path = directory + "/about";
-    struct stat status {};
-    if (!directory.empty() && (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))) {
-        fail(directory + ": not a directory");
-    }
-    if (directory.empty() || isMissing(path)) {
+    if (directory.empty()) {
         return;
     }
+    struct stat status {};
+    if (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+        fail(directory + ": not a directory");
+    }
+    const std::string path = directory + "/about";
     const auto [about, error] = readFile(path, maxTextSize);
     const std::string format = about.substr(0, about.find('\n'));
-    if (!error.empty() || (format.starts_with("capture=") && format != "capture=1")) {
+    const bool isKnown = !format.starts_with("capture=") || format == "capture=1";
+    if (!isKnown || (!error.empty() && error != strerror(ENOENT))) {
         fail(path + ": " + (error.empty() ? "expected capture=1, found " + format : error));
     }
 }
@@ -74,27 +71,26 @@ void Source::report(const std::string &message) const {
     }
 }
 
-// Reads a section. Returns why that fails, or "".
-std::string Source::loadSection(Section section, std::vector<uint8_t> &bytes) const {
-    bytes.resize(static_cast<size_t>(section.size));
+std::string Source::loadSection(Section section, std::string &bytes) const {
+    const auto size = static_cast<size_t>(section.size);
     if (directory.empty()) {
-        const int error = readSection(section, bytes.data(), 0, section.size);
+        bytes.resize(size);
+        const int error =
+            readSection(section, reinterpret_cast<uint8_t *>(bytes.data()), 0, section.size);
         return error == 0 ? "" : libraryError(error);
     }
-    const auto [contents, error] =
-        readFile(directory + "/section-" + std::to_string(section.id), bytes.size() + 1);
-    const size_t found = contents.size();
-    if (!error.empty() || found == bytes.size()) {
-        std::ranges::copy(contents, bytes.begin());
+    const std::string path = directory + "/section-" + std::to_string(section.id);
+    const auto [contents, error] = readFile(path, size + 1);
+    bytes = contents;
+    if (!error.empty() || bytes.size() == size) {
         return error;
     }
-    return "size is " +
-           (found > bytes.size() ? "more than " + std::to_string(bytes.size())
-                                 : std::to_string(found)) +
-           " bytes, expected " + std::to_string(bytes.size());
+    return (bytes.size() > size ? "size is more than " : "size is ") +
+           std::to_string(std::min(bytes.size(), size)) + " bytes, expected " +
+           std::to_string(size);
 }
 
-const uint8_t *Source::sectionBytes(Section section) {
+std::optional<std::string_view> Source::readBytes(Section section) {
     auto &[bytes, error, isRead] = copies[section.id];
     if (!isRead) {
         const bool hadFailed = !error.empty();
@@ -108,7 +104,12 @@ const uint8_t *Source::sectionBytes(Section section) {
         }
         failed = failed || !error.empty();
     }
-    return error.empty() ? bytes.data() : nullptr;
+    return error.empty() ? std::optional<std::string_view>(bytes) : std::nullopt;
+}
+
+std::optional<std::string_view> Source::readBytes(const Field &field) {
+    const auto bytes = readBytes(field.node().section);
+    return bytes ? std::optional(bytes->substr(field.offset, field.node().row->size)) : bytes;
 }
 
 void Source::invalidate() {
@@ -120,21 +121,21 @@ void Source::invalidate() {
 void Source::loadPolicyNames() {
     const std::string path = directory + "/policy-names";
     const auto [text, error] = readFile(path, maxTextSize);
-    areNamesLoaded = true;
+    names.emplace();
     size_t begin = 0;
     for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
-        names.push_back(unescaped(text.substr(begin, end - begin)));
+        names->push_back(unescaped(text.substr(begin, end - begin)));
         begin = end + 1;
     }
-    if (isMissing(path)) {
+    if (error == strerror(ENOENT)) {
         report(path + ": " + error + "; policy names are not available");
-    } else if (!error.empty() || begin != text.size() || names.size() != policyCount) {
+    } else if (!error.empty() || begin != text.size() || names->size() != policyCount) {
         report(path + ": " +
                (!error.empty()         ? error
                 : begin != text.size() ? "the last line does not end in a newline"
-                                       : "has " + std::to_string(names.size()) +
+                                       : "has " + std::to_string(names->size()) +
                                              " line(s), expected " + std::to_string(policyCount)));
-        names.clear();
+        names->clear();
         failed = true;
     }
 }
@@ -143,19 +144,18 @@ std::optional<std::string> Source::policyName(uint32_t policy) {
     if (directory.empty()) {
         return ::policyName(static_cast<int>(policy));
     }
-    if (!areNamesLoaded) {
+    if (!names) {
         loadPolicyNames();
     }
-    return names.empty() ? std::nullopt : std::optional(names[policy]);
+    return names->empty() ? std::nullopt : std::optional((*names)[policy]);
 }
 
 std::optional<std::string> Source::readValue(const Field &field) {
     const Node &node = field.node();
     if (node.isPolicyName) {
-        const std::optional<std::string> name = policyName(field.indices().at(0));
+        const std::optional<std::string> name = policyName(static_cast<uint32_t>(field.offset));
         return name ? std::optional(escaped(*name)) : std::nullopt;
     }
-    const uint8_t *bytes = sectionBytes(node.section);
-    return bytes != nullptr ? std::optional(formatValue(*node.row, bytes + field.offset))
-                            : std::nullopt;
+    const auto bytes = readBytes(field);
+    return bytes ? std::optional(formatValue(*node.row, *bytes)) : std::nullopt;
 }

@@ -19,13 +19,15 @@ class Source {
     // printed.
     explicit Source(std::string directory = "", ReadErrors errors = ReadErrors::print);
 
-    // Returns the bytes of a section, which is read on first use; null if that fails.
-    const uint8_t *sectionBytes(Section section);
+    // Returns the bytes of a section, which is read on first use; nothing if that fails.
+    std::optional<std::string_view> readBytes(Section section);
+    // Returns the bytes of a field other than a policy's name.
+    std::optional<std::string_view> readBytes(const Field &field);
     // Returns why the section could not be read; "" if it could.
     std::string errorOf(Section section) {
         return copies[section.id].error;
     }
-    // Makes the next access to each section read it again, into the same buffer.
+    // Makes the next access to each section read it again.
     void invalidate();
 
     // Returns the platform's name for policy 0..15, not escaped; nothing if it cannot be read or,
@@ -42,18 +44,18 @@ class Source {
 
   private:
     struct Copy {
-        std::vector<uint8_t> bytes;
+        std::string bytes;
         std::string error;
-        bool isRead = false;
+        bool isRead = false; // since the last call of invalidate
     };
-    [[nodiscard]] std::string loadSection(Section section, std::vector<uint8_t> &bytes) const;
+    // Reads a section into `bytes`, whose memory is reused. Returns why that fails, or "".
+    [[nodiscard]] std::string loadSection(Section section, std::string &bytes) const;
     void loadPolicyNames();
     void report(const std::string &message) const;
 
     std::string directory;
     ReadErrors errors;
     std::map<int32_t, Copy> copies; // by section number
-    Strings names;                  // of the policies in a capture
-    bool areNamesLoaded = false;
+    std::optional<Strings> names;   // of the policies in a capture, once read; empty on failure
     bool failed = false;
 };

@@ -1,14 +1,14 @@
 #include "orbelstatctl/commands.h"
 
-struct Cell {
-    std::string text;
-    bool isNumber; // aligned to the right
-};
-using Cells = std::vector<Cell>;
-
 struct Column {
     std::string header;
-    std::vector<Field> fields; // one per row
+    std::vector<Field> fields; // one per row; none for the column of indices
+    Strings cells = {};        // the header, then one per row
+
+    // Whether the cells are aligned to the right.
+    [[nodiscard]] bool isNumber() const {
+        return fields.empty() || fields[0].node().isNumber();
+    }
 };
 
 // Returns the paths of the columns below a node: those with these names or, without names, all
@@ -18,7 +18,7 @@ static std::vector<Path> parseNames(const Strings &names, const Node &node) {
     std::vector<Path> paths;
     for (const Node &member : node.members) {
         if (member.isField() && !member.isBytes() && (member.count == 0) == isRecord) {
-            paths.push_back({allOf(member)});
+            paths.push_back({{&member}});
         }
     }
     return names.empty() ? paths : parseAll(names, [&](const std::string &name) {
@@ -35,18 +35,19 @@ static std::vector<Path> parseNames(const Strings &names, const Node &node) {
 static void addColumns(const Path &group, const Path &below, std::vector<Column> &columns) {
     Path path = group;
     path.insert(path.end(), below.begin(), below.end());
-    const bool isRecord = group.back().node->isRecordArray();
-    const std::vector<Field> fields = expandPaths({path});
-    const size_t rows = group.back().last - group.back().first + 1;
-    const size_t width = isRecord ? fields.size() / rows : 1;
-    for (size_t column = 0; column < width; ++column) {
-        const auto steps = fields[column].steps.begin() + static_cast<ptrdiff_t>(group.size());
-        const std::string header = formatPath({steps, fields[column].steps.end()});
-        columns.push_back({isRecord ? header : header.substr(0, header.rfind('[')), {}});
-        for (size_t i = column; i < fields.size(); i += width) {
-            columns.back().fields.push_back(fields[i]);
+    std::vector<Column> added;
+    for (const Field &field : expandPaths({path})) {
+        std::string header = formatPath(std::span(field.steps).subspan(group.size()));
+        if (!group.back().node->isRecordArray()) {
+            header.resize(header.rfind('[')); // the index is that of the row
         }
+        auto column = std::ranges::find(added, header, &Column::header);
+        if (column == added.end()) {
+            column = added.insert(column, {header, {}});
+        }
+        column->fields.push_back(field);
     }
+    columns.insert(columns.end(), added.begin(), added.end());
 }
 
 // Returns the columns of the table of `group`, which has this text.
@@ -62,7 +63,7 @@ static std::vector<Column> findColumns(const Path &group, const std::string &tex
         addColumns(group, path, columns);
     }
     rejectIf(columns.empty(), text + ": contains no array of plain values");
-    for (const auto &[header, fields] : columns) {
+    for (const auto &[header, fields, cells] : columns) {
         rejectIf(fields.size() != columns[0].fields.size(),
                  text + ": " + columns[0].header + " and " + header +
                      " have different numbers of elements; name the FIELDs to print");
@@ -71,56 +72,56 @@ static std::vector<Column> findColumns(const Path &group, const std::string &tex
 }
 
 // Prints a table of columns, or the columns as rows.
-static void printTable(const std::vector<Cells> &columns, bool isTransposed, bool isCsv) {
-    const size_t width = isTransposed ? columns[0].size() : columns.size();
-    const size_t height = isTransposed ? columns.size() : columns[0].size();
-    const auto at = [&](size_t row, size_t column) -> const Cell & {
-        return isTransposed ? columns[row][column] : columns[column][row];
+static void printTable(const std::vector<Column> &columns, bool isTransposed, bool isCsv) {
+    const size_t width = isTransposed ? columns[0].cells.size() : columns.size();
+    const size_t height = isTransposed ? columns.size() : columns[0].cells.size();
+    const auto at = [&](size_t row, size_t column) -> const std::string & {
+        return isTransposed ? columns[row].cells[column] : columns[column].cells[row];
     };
     std::vector<size_t> widths(width);
     for (size_t i = 0; i < width * height; ++i) {
-        widths[i % width] = std::max(widths[i % width], at(i / width, i % width).text.size());
+        widths[i % width] = std::max(widths[i % width], at(i / width, i % width).size());
     }
     for (size_t row = 0; row < height; ++row) {
         Strings cells;
         std::string line;
         for (size_t column = 0; column < width; ++column) {
-            const auto &[text, isNumber] = at(row, column);
-            const std::string padding(widths[column] - text.size(), ' ');
-            line += (column == 0 ? "" : "  ") + (isNumber ? padding + text : text + padding);
-            cells.push_back(text);
+            cells.push_back(at(row, column));
+            const std::string padding(widths[column] - cells.back().size(), ' ');
+            const bool isRight =
+                isTransposed ? column > 0 && columns[row].isNumber() : columns[column].isNumber();
+            line += (column == 0 ? "" : "  ") +
+                    (isRight ? padding + cells.back() : cells.back() + padding);
         }
         print(isCsv ? formatCsvRow(cells) : line.substr(0, line.find_last_not_of(' ') + 1) + '\n');
     }
 }
 
-static ExitStatus runTable(const Arguments &arguments) {
+ExitStatus runTable(const Arguments &arguments) {
     const Strings &operands = arguments.operands;
     const Path group = parsePaths({operands[0]}, Kind::any)[0];
-    const auto columns = findColumns(group, operands[0], {operands.begin() + 1, operands.end()});
-    const bool isTransposed = arguments.has("-t");
-    const Step &rows = group.back();
-    std::vector<Cells> table = {
-        {{rows.node->isRecordArray() ? std::string(rows.node->name) : "index", !isTransposed}}};
-    for (size_t i = 0; i < columns[0].fields.size(); ++i) {
-        table[0].push_back({std::to_string(rows.first + i), true});
-    }
+    auto columns = findColumns(group, operands[0], {operands.begin() + 1, operands.end()});
     Source source(arguments.last("--from"));
-    for (const auto &[header, fields] : columns) {
-        const bool isNumber = fields[0].node().isNumber();
-        table.push_back({{header, isNumber && !isTransposed}});
+    for (auto &[header, fields, cells] : columns) {
+        cells = {header};
         for (const Field &field : fields) {
-            table.back().push_back({source.readValue(field).value_or(""), isNumber});
+            cells.push_back(source.readValue(field).value_or(""));
         }
     }
     if (source.hasFailed()) {
         return ExitStatus::failure;
     }
-    printTable(table, isTransposed, arguments.has("--csv"));
+    const Node &node = *group.back().node;
+    Column indices{"", {}, {node.isRecordArray() ? std::string(node.name) : "index"}};
+    for (size_t i = 0; i < columns[0].fields.size(); ++i) {
+        indices.cells.push_back(std::to_string(group.back().first + i));
+    }
+    columns.insert(columns.begin(), indices);
+    printTable(columns, arguments.has("-t"), arguments.has("--csv"));
     return ExitStatus::success;
 }
 
-static constexpr char help[] =
+const char tableHelp[] =
     R"(Usage: orbelstatctl [--from DIRECTORY] table [-t] [--csv] PATH [FIELD ...]
 
 Print one row per record of an array or, for a group, one row per index of its
@@ -134,8 +135,3 @@ Examples:
   orbelstatctl table upm.policies name state policyPowerLimit
   watch -n1 -d orbelstatctl table -t psu Vin Pin Pout
 )";
-
-const Command tableCommand = {
-    "table",  "Print an array of records, or the arrays of a group, as a table",
-    runTable, "t --csv",
-    help,     "PATH"};

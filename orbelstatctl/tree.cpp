@@ -5,48 +5,31 @@
 #include "sections/psu_info.h"
 #include "upm/upm_block.h"
 
-static int writeUpm(size_t offset, const void *bytes, size_t length) {
-    return writeUpmBlock(offset - upmBlockOffset, bytes, length);
-}
-
-// An array of records, or one, below a root.
+// The members of a root, which is a section or a part of one, or of a group directly below it.
 struct Table {
-    std::string_view group; // the path below the root; "" if the members are the root's own
-    size_t offset;          // of the first record in the section, in bytes
-    size_t stride;          // bytes to the record of the root's next element
+    std::string_view root;
+    std::string_view group; // "" if the members are the root's own
+    uint32_t count;         // number of the root's elements; 0 if it is not an array
+    Section section;
+    size_t offset; // of the first record in the section, in bytes
+    size_t stride; // bytes to the record of the root's next element
     std::span<const Row> rows;
 };
 
-// The first component of paths: a section or a part of one.
-struct Root {
-    std::string_view name;
-    uint32_t count; // number of elements; 0 if it is not an array
-    Section section;
-    std::span<const Table> tables;
-    Node::Write *write; // writes the root's fields; null if none may be written
+static constexpr Table tables[] = {
+    {"global", "", 0, globalPowerSection, 0, 0, globalSectionRows},
+    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo),
+     psuRowsBeforeBus},
+    {"psu", "psuBus", psuCount, psuInfoSection, offsetof(sPSUInfoSection, buses),
+     sizeof(sPSUBusInfo), psuBusRows},
+    {"psu", "", psuCount, psuInfoSection, offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo),
+     psuRowsAfterBus},
+    {"reporting", "", 0, powerReportingSection, 0, 0, powerReportingRows},
+    {"upm", "", 0, powerReportingSection, upmBlockOffset, 0, upmRows},
+    {"config", "", 0, powerConfigSection, 0, 0, powerConfigRows},
 };
-
-// One table per line.
-// clang-format off
-static constexpr Table globalTables[] = {{"", 0, 0, globalSectionRows}};
-static constexpr Table psuTables[] = {
-    {"", offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsBeforeBus},
-    {"psuBus", offsetof(sPSUInfoSection, buses), sizeof(sPSUBusInfo), psuBusRows},
-    {"", offsetof(sPSUInfoSection, units), sizeof(sTolmAbsPSUInfo), psuRowsAfterBus},
-};
-static constexpr Table reportingTables[] = {{"", 0, 0, powerReportingRows}};
-static constexpr Table upmTables[] = {{"", upmBlockOffset, 0, upmRows}};
-static constexpr Table configTables[] = {{"", 0, 0, powerConfigRows}};
-static constexpr Root roots[] = {
-    {"global", 0, globalPowerSection, globalTables, nullptr},
-    {"psu", psuCount, psuInfoSection, psuTables, nullptr},
-    {"reporting", 0, powerReportingSection, reportingTables, nullptr},
-    {"upm", 0, powerReportingSection, upmTables, writeUpm},
-    {"config", 0, powerConfigSection, configTables, nullptr},
-};
-// clang-format on
-static_assert(std::ranges::all_of(roots, [](const Root &root) {
-    return std::ranges::count(allSections, root.section.id, &Section::id) == 1;
+static_assert(std::ranges::all_of(tables, [](const Table &table) {
+    return std::ranges::count(allSections, table.section.id, &Section::id) == 1;
 }));
 
 // Returns the node at `path` below `start`. Creates the missing ones.
@@ -55,7 +38,7 @@ static Node &findOrAddNode(Node &start, std::string_view path) {
     const std::string_view name = path.substr(0, end);
     auto member = std::ranges::find(start.members, name, &Node::name);
     if (member == start.members.end()) {
-        start.members.push_back({name, start.section, start.write});
+        start.members.push_back({name, start.section});
         member = start.members.end() - 1;
     }
     return end < path.size() ? findOrAddNode(*member, path.substr(end + 1)) : *member;
@@ -88,18 +71,17 @@ static void addRows(Node &node, std::span<const Row> rows, size_t offset,
 
 static Node makeTree() {
     Node root;
-    for (const Root &part : roots) {
-        root.members.push_back({part.name, part.section, part.write, part.count});
-        Node &node = root.members.back();
-        for (const Table &table : part.tables) {
-            Node &group = table.group.empty() ? node : findOrAddNode(node, table.group);
-            addRows(group, table.rows, table.offset,
-                    std::vector<size_t>(part.count != 0 ? 1 : 0, table.stride));
-        }
+    for (const Table &table : tables) {
+        Node &part = findOrAddNode(root, table.root);
+        part.section = table.section;
+        part.count = table.count;
+        addRows(table.group.empty() ? part : findOrAddNode(part, table.group), table.rows,
+                table.offset, std::vector<size_t>(part.count != 0 ? 1 : 0, table.stride));
     }
     Node &policies = findOrAddNode(root, "upm.policies");
     Node &name = *policies.members.insert(policies.members.begin(), {"name", policies.section});
     name.isPolicyName = true;
+    name.strides = {1};
     return root;
 }
 

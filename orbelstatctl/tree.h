@@ -15,12 +15,8 @@ enum class Kind {
 
 // A root, a group of fields, an array of groups, a field or an array of fields.
 struct Node {
-    // Writes bytes at an offset of the section. Returns 0 or the library's error code.
-    using Write = int(size_t offset, const void *bytes, size_t length);
-
     std::string_view name;
     Section section{};
-    Write *write = nullptr;           // null if no field below may be written
     uint32_t count = 0;               // number of elements; 0 if it is not an array
     std::vector<Node> members = {};   // in report order; empty for a field
     const Row *row = nullptr;         // the field's row; null for a group and for a policy's name
@@ -49,7 +45,7 @@ struct Node {
         return row != nullptr && !isByteString(row->type);
     }
     [[nodiscard]] bool isWritable() const {
-        return row != nullptr && row->bound && write != nullptr;
+        return row != nullptr && row->bound;
     }
     [[nodiscard]] bool is(Kind kind) const {
         return kind == Kind::any || (kind == Kind::metric ? !isBytes() : isWritable());

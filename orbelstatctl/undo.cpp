@@ -1,9 +1,6 @@
 #include "orbelstatctl/commands.h"
-#include "orbelstatctl/values.h"
 #include "orbelstatctl/write_fields.h"
 
-#include <cerrno>
-#include <memory>
 #include <ranges>
 
 // A line that set or undo printed.
@@ -34,17 +31,6 @@ static Result<PrintedChange> parseChange(const InputLine &line) {
     return {change, isValid ? "" : "not PATH: OLD -> NEW"};
 }
 
-static std::vector<PrintedChange> readChanges(const std::string &name) {
-    if (name == "-") {
-        return parseAll(readLines(stdin, "standard input"), parseChange);
-    }
-    const std::unique_ptr<FILE, int (*)(FILE *)> file(fopen(name.c_str(), "re"), fclose);
-    if (!file) {
-        fail(name + ": " + strerror(errno));
-    }
-    return parseAll(readLines(file.get(), name), parseChange);
-}
-
 // Reverses changes, last to first, on a copy of memory. Returns the resulting bytes of each field.
 // Throws a failure with a message for each field that holds neither value of a change, unless
 // `isForced` holds. Values are compared as they print: a NaN has many representations.
@@ -54,20 +40,20 @@ static std::vector<Assignment> reverseChanges(const std::vector<PrintedChange> &
     std::map<std::string, size_t> places;         // of the fields in `results`, by path
     std::map<std::string, std::string> conflicts; // messages by path
     for (const auto &[field, oldBytes, newBytes] : changes | std::views::reverse) {
-        const uint8_t *section = source.sectionBytes(field.node().section);
-        if (section == nullptr) {
-            throw CommandError{ExitStatus::failure, {}};
+        const auto memory = source.readBytes(field);
+        if (!memory) {
+            throw CommandError{ExitStatus::failure, {}}; // readBytes has printed the reason
         }
-        const std::string memory(reinterpret_cast<const char *>(section) + field.offset,
-                                 field.node().row->size);
+        const Row &row = *field.node().row;
         const auto [place, isFirst] = places.emplace(field.path, results.size());
-        results.insert(results.end(), isFirst ? 1 : 0, {field, memory});
+        results.insert(results.end(), isFirst ? 1 : 0, {field, std::string(*memory)});
         std::string &bytes = results[place->second].bytes;
-        const std::string expected = formatBytes(field, newBytes);
-        if (isForced || formatBytes(field, bytes) == expected) {
+        const std::string value = formatValue(row, bytes);
+        const std::string expected = formatValue(row, newBytes);
+        if (isForced || value == expected) {
             bytes = oldBytes;
-        } else if (formatBytes(field, bytes) != formatBytes(field, oldBytes)) {
-            conflicts.emplace(field.path, field.path + ": is " + formatBytes(field, memory) +
+        } else if (value != formatValue(row, oldBytes)) {
+            conflicts.emplace(field.path, field.path + ": is " + formatValue(row, *memory) +
                                               ", expected " + expected +
                                               " (use --force to overwrite it)");
         }
@@ -79,14 +65,14 @@ static std::vector<Assignment> reverseChanges(const std::vector<PrintedChange> &
     return results;
 }
 
-static ExitStatus runUndo(const Arguments &arguments) {
-    const std::vector<PrintedChange> changes = readChanges(arguments.operands[0]);
+ExitStatus runUndo(const Arguments &arguments) {
+    const auto changes = parseAll(readLines(arguments.operands[0]), parseChange);
     Source source;
     const auto assignments = reverseChanges(changes, source, arguments.has("--force"));
     return writeFields(assignments, source, arguments.has("--dry-run"));
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
+const char undoHelp[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
 
 Reverse the lines PATH: OLD -> NEW that set, undo or diff printed, last to first.
 Nothing is written if a field holds neither value: another process changed it.
@@ -99,7 +85,3 @@ Examples:
   orbelstatctl undo changes
   orbelstatctl diff -w -p upm.policies monday | orbelstatctl undo --dry-run -
 )";
-
-const Command undoCommand = {
-    "undo", "Reverse the changes that set printed", runUndo, "--dry-run --force", help, "FILE", 1,
-    true};

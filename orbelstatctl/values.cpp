@@ -3,15 +3,6 @@
 #include <charconv>
 #include <cmath>
 
-std::string formatType(const Node &field) {
-    if (field.isPolicyName) {
-        return "text";
-    }
-    const std::string name(typeInfo(field.row->type).name);
-    return isByteString(field.row->type) ? name + '[' + std::to_string(field.row->size) + ']'
-                                         : name;
-}
-
 bool isFloat(const Row &row) {
     return row.type == Type::f32 || row.type == Type::f64;
 }
@@ -24,11 +15,6 @@ static uint32_t maxOf(const Row &row) {
 std::string formatBounds(const Row &row) {
     const std::string max = std::to_string(isFloat(row) ? *row.bound : maxOf(row));
     return (isFloat(row) ? '-' + max : "0") + ".." + max;
-}
-
-std::string toText(const Row &row, const uint8_t *at) {
-    const auto *text = reinterpret_cast<const char *>(at);
-    return {text, strnlen(text, row.size)};
 }
 
 std::string formatFloat(double number) {
@@ -48,7 +34,8 @@ static double toDouble(float number) {
     return parseFloat({text, std::to_chars(text, std::end(text), number).ptr}).value;
 }
 
-std::string formatValue(const Row &row, const uint8_t *at) {
+std::string formatValue(const Row &row, std::string_view bytes) {
+    const auto *at = reinterpret_cast<const uint8_t *>(bytes.data());
     std::string digits;
     uint64_t number = 0;
     switch (row.type) {
@@ -61,7 +48,7 @@ std::string formatValue(const Row &row, const uint8_t *at) {
     case Type::f64:
         return formatFloat(load<double>(at));
     case Type::text:
-        return escaped(toText(row, at));
+        return escaped(bytes.substr(0, bytes.find('\0')));
     case Type::bytes:
         for (uint32_t i = 0; i < row.size; ++i) {
             digits += "0123456789abcdef"[at[i] / 16];

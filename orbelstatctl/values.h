@@ -4,25 +4,19 @@
 #include "orbelstatctl/messages.h"
 #include "orbelstatctl/tree.h"
 
-// Returns the type as `list` prints it: u8, i16, double, time32, char[64], byte[256], ...; "text"
-// for a policy's name.
-std::string formatType(const Node &field);
-
 // Returns the range that `set` accepts, such as "0..100000". Its end is the wizard's bound or the
 // largest value that the field can hold, whichever is less; for a double it starts at minus the
 // bound. The field must be writable.
 std::string formatBounds(const Row &row);
 
-// Returns text up to its first NUL.
-std::string toText(const Row &row, const uint8_t *at);
-
 // Formats a number with the fewest digits that read back to it, without an exponent from 1e-5 to
 // below 1e16.
 std::string formatFloat(double number);
 
-// Formats a field's value. Integers are decimal, and a time is in seconds since 1970-01-01 UTC.
-// Text ends at its first NUL and is escaped; bytes are hexadecimal digits.
-std::string formatValue(const Row &row, const uint8_t *at);
+// Formats the value that a field has with these bytes. Integers are decimal, and a time is in
+// seconds since 1970-01-01 UTC. Text ends at its first NUL and is escaped; bytes are hexadecimal
+// digits.
+std::string formatValue(const Row &row, std::string_view bytes);
 
 // Whether a field is a float or a double.
 bool isFloat(const Row &row);

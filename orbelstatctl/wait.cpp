@@ -1,6 +1,5 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/signals.h"
-#include "orbelstatctl/values.h"
 
 #include <cmath>
 
@@ -13,17 +12,16 @@ struct Condition {
 };
 
 // Compares two integers of any size, in decimal.
-static std::partial_ordering compareIntegers(const std::string &left, const std::string &right) {
-    const auto split = [](const std::string &text) { // size and digits of the magnitude
-        const std::string digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
-        return std::pair(digits.size(), digits);
-    };
-    const bool isLeftNegative = left[0] == '-' && split(left).first != 0;
-    const bool isRightNegative = right[0] == '-' && split(right).first != 0;
-    if (isLeftNegative != isRightNegative) {
-        return isRightNegative <=> isLeftNegative;
+static std::partial_ordering compareIntegers(std::string_view left, std::string_view right) {
+    if (left.starts_with('-') && right.starts_with('-')) {
+        return compareIntegers(right.substr(1), left.substr(1));
     }
-    return isLeftNegative ? split(right) <=> split(left) : split(left) <=> split(right);
+    const auto key = [](std::string_view text) { // the number of digits, negated for "-", and they
+        const auto digits = text.substr(std::min(text.find_first_not_of("-0"), text.size()));
+        const auto size = static_cast<ptrdiff_t>(digits.size());
+        return std::pair(text.starts_with('-') ? -size : size, digits);
+    };
+    return key(left) <=> key(right);
 }
 
 // Whether a value, as `get -n` prints it, satisfies a condition. A NaN satisfies only "!=".
@@ -66,13 +64,9 @@ static Result<Condition> parseCondition(const std::string &text) {
     }
     const size_t length = text[begin] != '=' && text[begin + 1] == '=' ? 2 : 1;
     const auto [path, error] = parsePath(text.substr(0, begin));
-    Condition condition{text, {}, text.substr(begin, length), text.substr(begin + length)};
-    const std::string problem =
-        error.empty() ? comparisonError(*path.back().node, condition) : error;
-    if (problem.empty()) {
-        condition.fields = expandPaths({path});
-    }
-    return {condition, problem};
+    const Condition condition{text, expandPaths({path}), text.substr(begin, length),
+                              text.substr(begin + length)};
+    return {condition, error.empty() ? comparisonError(*path.back().node, condition) : error};
 }
 
 // Takes a sample. Returns a line for each condition that does not hold, with the first field that
@@ -81,23 +75,21 @@ static Strings checkAll(const std::vector<Condition> &conditions, Source &source
     source.invalidate();
     Strings failures;
     for (const Condition &condition : conditions) {
-        const auto isUnsatisfied = [&](const Field &field) {
+        for (const Field &field : condition.fields) {
             const auto value = source.readValue(field);
-            return !value || !satisfies(*value, condition, field.node());
-        };
-        const auto field = std::ranges::find_if(condition.fields, isUnsatisfied);
-        if (field != condition.fields.end()) {
-            const auto value = source.readValue(*field);
-            const std::string name = condition.fields.size() > 1 ? field->path + ' ' : "";
-            failures.push_back(
-                condition.text + ": " +
-                (value ? name + "is " + *value : source.errorOf(field->node().section)));
+            if (!value || !satisfies(*value, condition, field.node())) {
+                const std::string name = condition.fields.size() > 1 ? field.path + ' ' : "";
+                failures.push_back(
+                    condition.text + ": " +
+                    (value ? name + "is " + *value : source.errorOf(field.node().section)));
+                break;
+            }
         }
     }
     return failures;
 }
 
-static ExitStatus runWait(const Arguments &arguments) {
+ExitStatus runWait(const Arguments &arguments) {
     const auto conditions = parseAll(arguments.operands, parseCondition);
     const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 0.1));
     const Clock::duration limit = arguments.has("-t")
@@ -122,7 +114,7 @@ static ExitStatus runWait(const Arguments &arguments) {
     return ExitStatus::failure;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
+const char waitHelp[] = R"(Usage: orbelstatctl wait [-i SECONDS] [-t SECONDS] CONDITION ...
 
 Take samples until all conditions hold in one of them. When the time is up, print
 those that do not hold; the status is then 1. CONDITION is PATH=VALUE, or with
@@ -135,6 +127,3 @@ Examples:
   orbelstatctl wait -t 10 'upm.policies[3].PolicyActiveState=1'
   orbelstatctl wait -t 0 'psu[*].Pin>=0' 'config.peakHeadroom>100'
 )";
-
-const Command waitCommand = {
-    "wait", "Wait until conditions hold", runWait, "i: t:", help, "CONDITION", SIZE_MAX, true};

@@ -1,6 +1,5 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/signals.h"
-#include "orbelstatctl/values.h"
 #include "output/standard_streams.h"
 
 #include <cmath>
@@ -8,8 +7,7 @@
 
 using Values = std::vector<std::optional<std::string>>;
 
-// Returns the time now: seconds since 1970 with milliseconds or, if `isDate` holds, the same as a
-// date and time in UTC.
+// Returns the time now, with milliseconds: seconds since 1970 or, for `isDate`, a date in UTC.
 static std::string formatTime(bool isDate) {
     using std::chrono::milliseconds;
     const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
@@ -44,7 +42,7 @@ static std::string formatChanges(const std::vector<Field> &fields, const Values 
     return lines;
 }
 
-static ExitStatus runWatch(const Arguments &arguments) {
+ExitStatus runWatch(const Arguments &arguments) {
     const std::vector<Field> fields = expandPaths(parsePaths(arguments.operands, Kind::any));
     const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 1));
     const double count = arguments.number("-n", 1, 1e9, INFINITY);
@@ -74,7 +72,7 @@ static ExitStatus runWatch(const Arguments &arguments) {
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
 
-static constexpr char help[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [--csv] PATH ...
+const char watchHelp[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [--csv] PATH ...
 
 Print TIME PATH: OLD -> NEW whenever a value differs from the previous sample.
 
@@ -86,6 +84,3 @@ Examples:
   orbelstatctl watch upm.policies
   orbelstatctl watch --csv -i 0.1 -n 600 'psu[0..1].Pout' >power.csv
 )";
-
-const Command watchCommand = {
-    "watch", "Print changes as they happen", runWatch, "i: n: --csv", help, "PATH", SIZE_MAX, true};

@@ -2,18 +2,19 @@
 
 #include "orbelstatctl/values.h"
 #include "output/standard_streams.h"
+#include "upm/upm_block.h"
 
 #include <cerrno>
 
-std::string description(const InputLine &line) {
-    return (line.number != 0 ? "line " + std::to_string(line.number) + ": " : "") + line.text;
-}
-
-std::vector<InputLine> readLines(FILE *file, const std::string &name) {
+std::vector<InputLine> readLines(const std::string &path) {
+    const bool isInput = path == "-";
+    const std::unique_ptr<FILE, int (*)(FILE *)> opened(
+        isInput ? nullptr : fopen(path.c_str(), "re"), fclose);
+    FILE *file = isInput ? stdin : opened.get();
     std::vector<InputLine> lines;
     InputLine line{1, "", true};
-    for (int character = getc(file); character != EOF || !line.text.empty();
-         character = getc(file)) {
+    for (int character = '\n'; file != nullptr && character != EOF;) {
+        character = getc(file);
         if (character != '\n' && character != EOF) {
             line.text += static_cast<char>(character);
             continue;
@@ -26,68 +27,61 @@ std::vector<InputLine> readLines(FILE *file, const std::string &name) {
         }
         line = {line.number + 1, "", true};
     }
-    if (ferror(file) != 0) {
-        fail(name + ": " + strerror(errno));
+    if (file == nullptr || ferror(file) != 0) {
+        fail((isInput ? "standard input" : path) + ": " + strerror(errno));
     }
     return lines;
-}
-
-std::string formatBytes(const Field &field, const std::string &bytes) {
-    return formatValue(*field.node().row, reinterpret_cast<const uint8_t *>(bytes.data()));
 }
 
 // Writes one field after the other until a write fails. Allocates nothing: running out of memory
 // here would leave writes unverified.
 static void writeAll(std::vector<Assignment> &assignments) {
-    for (auto &[field, bytes, before, alreadySet, isWritten, error] : assignments) {
-        if (!alreadySet) {
-            error = field.node().write(field.offset, bytes.data(), bytes.size());
-            isWritten = error == 0;
-            if (!isWritten) {
-                return;
-            }
+    for (auto &[field, bytes, before, isWritten, error] : assignments) {
+        isWritten = bytes != before;
+        error = isWritten ? writeUpmBlock(field.offset - upmBlockOffset, bytes.data(), bytes.size())
+                          : 0;
+        if (error != 0) {
+            return;
         }
     }
 }
 
-// Returns what is wrong with a field after all writes; "" if it holds its bytes. `section` has the
-// bytes of its section; null if they could not be read back.
-static std::string writeError(const Assignment &assignment, const uint8_t *section) {
-    const auto &[field, bytes, before, alreadySet, isWritten, error] = assignment;
-    const std::string value =
-        section != nullptr ? formatValue(*field.node().row, section + field.offset) : "";
+// Returns what is wrong with a field, of which `found` was read back; "" if it holds its bytes.
+static std::string writeError(const Assignment &assignment, std::optional<std::string_view> found) {
+    const auto &[field, bytes, before, isWritten, error] = assignment;
+    const Row &row = *field.node().row;
+    const std::string value = found ? formatValue(row, *found) : "";
     const std::string unread = "could not be read back";
     if (error != 0) {
         return "write failed, " + libraryError(error) + "; " +
-               (section == nullptr
-                    ? unread
-                    : std::string("the value is ") + (value == before ? "still " : "now ") + value);
+               (found ? std::string("the value is ") + (found == before ? "still " : "now ") + value
+                      : unread);
     }
-    if (section != nullptr && memcmp(section + field.offset, bytes.data(), bytes.size()) == 0) {
+    if (found == bytes) {
         return "";
     }
     if (isWritten) {
-        return section == nullptr
-                   ? "written, but " + unread
-                   : "wrote " + formatBytes(field, bytes) + ", but the value read back is " + value;
+        return found ? "wrote " + formatValue(row, bytes) + ", but the value read back is " + value
+                     : "written, but " + unread;
     }
-    return !alreadySet          ? "not written because of the failure above"
-           : section == nullptr ? unread
-                                : "changed by another process, now " + value;
+    if (bytes != before) {
+        return "not written because of the failure above";
+    }
+    return found ? "changed by another process, now " + value : unread;
 }
 
 ExitStatus writeFields(std::vector<Assignment> assignments, Source &source, bool isDryRun) {
     std::string lines;
-    for (auto &[field, bytes, before, alreadySet, isWritten, error] : assignments) {
-        const uint8_t *section = source.sectionBytes(field.node().section);
-        if (section == nullptr) {
+    for (auto &[field, bytes, before, isWritten, error] : assignments) {
+        const auto memory = source.readBytes(field);
+        if (!memory) {
             return ExitStatus::failure;
         }
-        before = formatValue(*field.node().row, section + field.offset);
-        alreadySet = memcmp(section + field.offset, bytes.data(), bytes.size()) == 0;
-        lines += alreadySet
-                     ? ""
-                     : field.path + ": " + before + " -> " + formatBytes(field, bytes) + '\n';
+        before = *memory;
+        const Row &row = *field.node().row;
+        lines += before == bytes ? ""
+                                 : field.path + ": " + formatValue(row, before) + " -> " +
+                                       formatValue(row, bytes) + '\n';
     }
     print(lines);
     flushStandardOutput();
@@ -98,10 +92,9 @@ ExitStatus writeFields(std::vector<Assignment> assignments, Source &source, bool
     source.invalidate();
     auto status = ExitStatus::success;
     for (const Assignment &assignment : assignments) {
-        const Field &field = assignment.field;
-        const std::string error = writeError(assignment, source.sectionBytes(field.node().section));
+        const std::string error = writeError(assignment, source.readBytes(assignment.field));
         if (!error.empty()) {
-            printError(field.path + ": " + error);
+            printError(assignment.field.path + ": " + error);
             status = ExitStatus::failure;
         }
     }

@@ -3,33 +3,31 @@
 
 #include "orbelstatctl/source.h"
 
-#include <cstdio>
-
 // An argument, or a line of input that is neither blank nor a comment.
 struct InputLine {
     size_t number;    // from 1; 0 for an argument
     std::string text; // without its newline and a carriage return before it
     bool isComplete;  // whether it ends in a newline; if not, the input may be truncated
 };
-std::string description(const InputLine &line); // "line 3: TEXT"; just TEXT for an argument
 
-// Returns the lines of a file, without blank ones and those whose first character after blanks is
-// "#". Throws a failure that begins with `name` if the file cannot be read.
-std::vector<InputLine> readLines(FILE *file, const std::string &name);
+// Returns "line 3: TEXT"; just TEXT for an argument.
+inline std::string description(const InputLine &line) {
+    return (line.number != 0 ? "line " + std::to_string(line.number) + ": " : "") + line.text;
+}
+
+// Returns the lines of a file, or of standard input for "-", without blank lines and those whose
+// first character after blanks is "#". Throws a failure if the file cannot be read.
+std::vector<InputLine> readLines(const std::string &path);
 
 // A writable field and the bytes that it is to hold.
 struct Assignment {
     Field field;
     std::string bytes;
     // The rest is writeFields' own.
-    std::string before = {}; // the value before all writes
-    bool alreadySet = false; // then it is not written
-    bool isWritten = false;
-    int error = 0; // of the library, if it failed to write
+    std::string before = {}; // the bytes before all writes; if equal, nothing is written
+    bool isWritten = false;  // or, with an error, was to be
+    int error = 0;           // of the library, if it failed to write
 };
-
-// Formats the value that a field has with these bytes.
-std::string formatBytes(const Field &field, const std::string &bytes);
 
 // Prints "PATH: OLD -> NEW" for each field that does not hold its bytes yet. Unless `isDryRun`
 // holds or standard output fails, then writes these fields one at a time, in this order, until a

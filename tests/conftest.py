@@ -11,7 +11,7 @@ from harness import Build, Sandbox  # noqa: E402
 def pytest_addoption(parser):
     parser.addoption("--builds", default="release", help="names of directories in build/, or paths with a slash, "
                                                          "separated by commas")
-    parser.addoption("--record", action="store_true", help="write the golden files from what the programs print")
+    parser.addoption("--record", action="store_true", help="write the golden files from the output of the programs")
 
 
 def pytest_configure(config):

@@ -45,12 +45,12 @@ static const char *const ctlWords[] = {
 // clang-format on
 
 static std::span<const char *const> words; // of the program that runs
-// The bytes of each section, up to its size.
+// The contents of every section; a shorter section has the beginning of them.
 static uint8_t contents[std::ranges::max(allSections, {}, &Section::size).size];
-static const uint8_t *input; // the rest of it, followed by a zero
+static const uint8_t *input; // the rest of it, and a zero byte
 static size_t remaining;
 static size_t lastWord;
-static FILE *typed;                       // the standard input of the program
+static FILE *typed;                       // read by the program like a terminal
 static std::set<const Row *> rowsWritten; // in all runs
 
 static size_t nextBelow(size_t limit) { // at most 256; 0 once the input has ended
@@ -154,9 +154,10 @@ static void typeAnswer() {
     }
 }
 
+// Types an assignment that is valid for every field.
 static void typeAssignment() {
     const size_t number = (256 * nextBelow(256) + nextBelow(256)) % writableFields().size();
-    fprintf(typed, "%s=%zu\n", writableFields()[number].path.c_str(), nextBelow(3));
+    fprintf(typed, "%s=1\n", writableFields()[number].path.c_str());
 }
 
 static void runProgram(bool isOrbelstatctl, bool isDialogue) {
@@ -179,7 +180,12 @@ static void runProgram(bool isOrbelstatctl, bool isDialogue) {
             arguments[count++] = "-t";
             arguments[count++] = "0";
         }
-        const bool areAssignments = nextBelow(2) == 1;
+        const bool areAssignments = isOrbelstatctl && nextBelow(2) == 1;
+        if (areAssignments) {
+            arguments[1] = "set";
+            arguments[2] = "-";
+            count = 3;
+        }
         for (size_t lines = nextBelow(256); lines > 0; --lines) {
             areAssignments ? typeAssignment() : (void)fprintf(typed, "%s\n", nextWord());
         }

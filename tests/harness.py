@@ -190,7 +190,7 @@ class Sandbox:
         return self.outcome(result.stdout.decode("latin-1"), result.stderr.decode("latin-1"), result.returncode)
 
     def run_on_terminal(self, *arguments, program="orbelstatprobe", typed="", redirections=""):
-        """Types each line at a prompt, on a terminal that shows what a person sees. "\\4\\4" is the end of input, even
+        """Types each line at a prompt, on a terminal with echo, as a person sees it. "\\4\\4" is the end of input, even
         in mid-line, and follows the last line. `pieces` of the outcome end at the prompts: each but the first begins
         with a line that was typed."""
         # The shell stays until everything is read: text may get lost when a terminal's last user exits.
@@ -264,7 +264,7 @@ def entries_of(name):
 
 def compare_with_entry(name, command, happened, text):
     """`happened` follows the arrow. Output of one line follows "|"."""
-    text = as_printable(text) + ("" if not text or text.endswith("\n") else "(no line end)\n")
+    text = as_printable(text) + ("" if not text or text.endswith("\n") else "(no newline)\n")
     text = happened + (" | " if text.count("\n") == 1 else "\n") + text
     entries = entries_of(name)
     if Sandbox.is_recording:

@@ -1,4 +1,4 @@
-"""What the compiler and the linker accept, and the programs that they build."""
+"""Tables that compile or do not, and properties of the built programs."""
 import os
 import re
 import shutil

@@ -91,7 +91,7 @@ def test_offers(build, typed, line, offer):
                        ("COMMANDS", list(build.help)[1:]):
         offer = offer.replace(name, " ".join(words))
     expected = re.sub("[^ >]*$", offer, line, count=1) if offer else line
-    # zsh quotes brackets, and has a directory end in a slash.
+    # zsh quotes brackets, and adds a slash to a directory.
     assert sorted(re.sub(r"\\(.)", r"\1", typed(line + "\t")).rstrip("/").split()) == sorted(expected.split()), \
         f"see completion/*{line.split()[0]}*"
 

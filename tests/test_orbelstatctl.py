@@ -393,7 +393,7 @@ def test_the_version_and_help(sandbox, ctl):
 
 
 @unsanitized
-@pytest.mark.parametrize("path, size", [("global", "803"), ("config", "224")])
+@pytest.mark.parametrize("path, size", [("global", "804"), ("config", "225")])
 def test_out_of_memory_is_reported(ctl, capture, path, size):
     assert "out of memory" in ctl("get", path, status=1, FAIL_MALLOC=size).err
     assert "out of memory" in ctl("diff", str(capture), status=2, FAIL_MALLOC=size).err

@@ -48,7 +48,7 @@ REPORTS = [
         Repetition("          >>>", "-{0}({0}).", 16, [(6, 29029, 72)])]),
     Report("-u -t"), Report("-u -p -c"), Report("-u -p -a"), Report("-u -p 7"),
 ]
-name_of = operator.itemgetter(0)  # of a report or of what repeats
+name_of = operator.itemgetter(0)  # of a report or a repetition
 
 
 @pytest.fixture

@@ -1,4 +1,4 @@
-"""The overwrite wizard as a dialogue on a terminal: what is typed, what appears, what is written."""
+"""The overwrite wizard as a dialogue on a terminal: input, output and writes."""
 import re
 
 import pytest
@@ -9,7 +9,7 @@ WIZARD = ["-w", "-u", "-m"]
 
 
 def typed_in(sandbox, command):
-    """What an entry's command types: "|" stands for Enter and "^D" for the end of input."""
+    """Returns the input of an entry, in which "|" is Enter and "^D" is the end of input."""
     sandbox.fill_with_pattern()
     sandbox.environment, words = settings_and_words(command)
     return words.replace("|", "\n").replace("^D", "\4\4")
