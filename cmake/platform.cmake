@@ -94,49 +94,47 @@ set(wrapper_SHM ${PROJECT_SOURCE_DIR}/src/shm/platform_shm.c)
 set(wrapper_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
 set(main ${PROJECT_SOURCE_DIR}/cmake/platform_check.cpp)
 
+# Each wrapper has to link with its own library. The linker ignores here what a shared library lacks,
+# but not what a static one lacks, which may be in the extra libraries. If a wrapper does not link, its
+# header and each library are checked alone: can the header be compiled, and the library be read?
 foreach(part SHM DATA)
+    check_platform(EXECUTABLE "${main};${wrapper_${part}}"
+        -Wl,--unresolved-symbols=ignore-in-shared-libs ${PLATFORM_${part}_LIBRARY} ${extra_libraries})
+    if(works)
+        continue()
+    endif()
+    set(link_output "${output}")
+
     check_platform(STATIC_LIBRARY ${wrapper_${part}})
     if(NOT works)
+        set(sentence "src/shm cannot be compiled with this header")
         unset(header)
         find_file(header ${PLATFORM_${part}_HEADER} PATHS ${PLATFORM_INCLUDE_DIR}
             NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH NO_CACHE)
-        set(sentence "src/shm cannot be compiled with this header")
         if(NOT header)
             set(sentence "this header is not in PLATFORM_INCLUDE_DIR=${PLATFORM_INCLUDE_DIR}")
         endif()
         fail(PLATFORM_${part}_HEADER "${sentence}" "${output}")
     endif()
-endforeach()
-
-# Can the linker read each library?
-foreach(part SHM DATA)
     check_platform(EXECUTABLE "${main};${wrapper_${part}}"
         -Wl,--unresolved-symbols=ignore-all ${PLATFORM_${part}_LIBRARY})
     if(NOT works)
         fail(PLATFORM_${part}_LIBRARY "the linker cannot use this library" "${output}")
     endif()
-endforeach()
-check_platform(EXECUTABLE ${main} -Wl,--unresolved-symbols=ignore-all ${extra_libraries})
-if(NOT works)
-    fail(PLATFORM_EXTRA_LIBRARIES "the linker cannot use one of these libraries" "${output}")
-endif()
-
-# Does each library have the functions that its wrapper calls? The linker ignores here what a shared
-# library lacks, but not what a static one lacks, which may be in the extra libraries.
-foreach(part SHM DATA)
-    check_platform(EXECUTABLE "${main};${wrapper_${part}}"
-        -Wl,--unresolved-symbols=ignore-in-shared-libs ${PLATFORM_${part}_LIBRARY} ${extra_libraries})
+    check_platform(EXECUTABLE ${main} -Wl,--unresolved-symbols=ignore-all ${extra_libraries})
     if(NOT works)
-        set(sentence "this library lacks a function that src/shm calls")
-        if(NOT PLATFORM_${part}_LIBRARY MATCHES "/[^/;]*\\.so[.0-9]*$")
-            string(APPEND sentence
-                ", or PLATFORM_EXTRA_LIBRARIES=${PLATFORM_EXTRA_LIBRARIES} lacks one that it calls")
-        endif()
-        fail(PLATFORM_${part}_LIBRARY "${sentence}" "${output}")
+        fail(PLATFORM_EXTRA_LIBRARIES "the linker cannot use one of these libraries" "${output}")
     endif()
+
+    set(sentence "this library lacks a function that src/shm calls")
+    if(NOT PLATFORM_${part}_LIBRARY MATCHES "/[^/;]*\\.so[.0-9]*$")
+        string(APPEND sentence
+            ", or PLATFORM_EXTRA_LIBRARIES=${PLATFORM_EXTRA_LIBRARIES} lacks one that it calls")
+    endif()
+    fail(PLATFORM_${part}_LIBRARY "${sentence}" "${link_output}")
 endforeach()
 
-# Do the libraries find what they need themselves?
+# Now the linker ignores nothing, as when it links the program.
 target_link_libraries(orbel_platform INTERFACE
     ${PLATFORM_SHM_LIBRARY} ${PLATFORM_DATA_LIBRARY} ${extra_libraries})
 check_platform(EXECUTABLE "${main};${wrapper_SHM};${wrapper_DATA}")

@@ -1,4 +1,5 @@
 """Runs each test for every build that --builds names, with a sandbox of its own."""
+import os
 import tempfile
 
 import pytest
@@ -14,6 +15,8 @@ def pytest_addoption(parser):
 
 
 def pytest_configure(config):
+    for name in ("CC", "CXX", "CFLAGS", "CXXFLAGS", "CPPFLAGS", "LDFLAGS"):  # for tests that configure a build
+        os.environ.pop(name, None)
     if config.getoption("record") and config.getoption("numprocesses", None):
         raise pytest.UsageError("--record: without -n; tests that write one file at once lose entries of it")
     Sandbox.is_recording = config.getoption("record")

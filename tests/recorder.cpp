@@ -107,7 +107,7 @@ extern "C" int __ppoll_chk(pollfd *files, nfds_t count, const timespec *timeout,
 }
 
 extern "C" int fsync(int file) {
-    record("fsync\n");
+    record("%s\n", "fsync");
     return fails("fsync") ? -1 : NEXT(fsync)(file);
 }
 

@@ -1,6 +1,7 @@
 """Tables that compile or do not, and properties of the built programs."""
 import os
 import re
+import shutil
 import subprocess
 
 import pytest
@@ -85,15 +86,32 @@ def test_programs_are_hardened(build, program):
 
 @pytest.mark.parametrize("setting, status", [("", 0), ("ON", 1)])
 def test_the_probe_is_built_alone_without_nlohmann_json(tmp_path, setting, status):
+    """And by a later C++ standard, if one is set."""
     command = ["cmake", "-S", ROOT, "-B", tmp_path, "-DBUILD_TESTING=OFF", f"-DORBELSTATCTL={setting}",
-               "-DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON"]
-    ended = subprocess.run(command, capture_output=True, text=True)
-    assert ended.returncode == status
+               "-DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON", "-DCMAKE_CXX_STANDARD=23",
+               "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
+    result = subprocess.run(command, capture_output=True, text=True)
+    assert result.returncode == status
     assert ("orbelstatctl is not built: it needs nlohmann/json 3.9 or later (nlohmann-json3-dev)"
-            in " ".join(ended.stderr.split()))
+            in " ".join(result.stderr.split()))
     if status == 0:
         targets = subprocess.check_output(["cmake", "--build", tmp_path, "--target", "help"], text=True)
         assert "orbelstatprobe" in targets and "orbelstatctl" not in targets
+        assert set(re.findall("-std=.*?(..) ", (tmp_path / "compile_commands.json").read_text())) == {"23"}
+
+
+def test_no_build_in_the_source_directory(tmp_path):
+    shutil.copy(ROOT / "CMakeLists.txt", tmp_path)
+    result = subprocess.run(["cmake", "."], cwd=tmp_path, capture_output=True, text=True)
+    assert "The programs cannot be built in the source directory" in result.stderr
+
+
+def test_installed_programs_start_anywhere(build, tmp_path):
+    prefix = tmp_path / "elsewhere"
+    subprocess.run(["cmake", "--install", build.directory, "--prefix", prefix], check=True)
+    moved = prefix.rename(tmp_path / "moved")
+    for program in ("orbelstatprobe", "orbelstatctl"):
+        assert subprocess.check_output(build.command(moved / "bin" / program, "-h"))
 
 
 def test_random_inputs_find_no_fault(build):

@@ -1,5 +1,6 @@
-"""Builds with a vendor's headers and libraries: what is accepted, and what configuring says of the rest."""
+"""Builds with a vendor's headers and libraries: which are accepted, and the messages about the others."""
 import os
+import re
 import subprocess
 
 import pytest
@@ -41,6 +42,8 @@ extern double tolm_scale(double);
 const char *policyTypeToString(int policy) { return cos(tolm_scale(policy)) > 2 ? "" : "VENDOR"; }
 """
 OPEN = "int tolm_open(void) { return 0; }\n"
+LACKS = "this library lacks a function that src/shm calls"
+CANNOT_COMPILE, CANNOT_USE = "src/shm cannot be compiled with this header", "the linker cannot use"
 
 
 class Vendor:
@@ -58,7 +61,7 @@ class Vendor:
 
     def write(self, name, text):
         path = self.directory / name
-        path.parent.mkdir(exist_ok=True)
+        path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(text)
         return path
 
@@ -74,13 +77,14 @@ class Vendor:
         return made
 
     def configure(self, **settings):
-        """What configuring says, on one line, and its status."""
+        """Returns what configuring prints on standard error, on one line, and its status."""
         given = [f"-D{key}={value}" for key, value in {**self.settings, **settings}.items()]
-        run = subprocess.run(["cmake", "-S", ROOT, "-B", self.directory / "build", *given], capture_output=True,
-                             text=True)
-        return " ".join(run.stderr.split()), run.returncode
+        result = subprocess.run(["cmake", "-S", ROOT, "-B", self.directory / "build", *given], capture_output=True,
+                                text=True, env={**os.environ, "LIBRARY_PATH": str(self.directory)})
+        return " ".join(result.stderr.split()), result.returncode
 
     def make(self, *targets):
+        """Builds without the LIBRARY_PATH that configuring had."""
         run = subprocess.run(["cmake", "--build", self.directory / "build", "-j2", "--target", *targets],
                              capture_output=True, text=True)
         assert run.returncode == 0, run.stdout + run.stderr
@@ -88,7 +92,7 @@ class Vendor:
 
 @pytest.fixture(name="vendor")
 def make_vendor(tmp_path):
-    return Vendor(tmp_path)
+    return Vendor(tmp_path / "with blank")
 
 
 @pytest.mark.parametrize("name", HEADERS)
@@ -101,38 +105,53 @@ def test_headers_that_are_accepted(vendor, name):
     vendor.make("src/shm/platform_shm.o", "src/shm/platform_data.o")
 
 
-@pytest.mark.parametrize("variable, value, sentence", [
-    ("INCLUDE_DIR", "/nowhere", "there is no directory /nowhere"),
-    ("SHM_HEADER", "no.h", "no.h cannot be used: error: no.h: No such"),
-    ("SHM_HEADER", "int\n", "bad.h cannot be used: error: "),
-    ("SHM_HEADER", SHM.replace("memwrite", "memcopy"), "bad.h cannot be used: error: implicit declaration of function"),
-    ("SHM_HEADER", SHM.replace(", int32_t length", ""), "bad.h cannot be used: error: too many arguments to function"),
-    ("DATA_HEADER", SHM, "bad.h cannot be used: error: implicit declaration"),
-    ("SHM_LIBRARY", "/no/lib.so", "there is no file /no/lib.so"),
-    ("SHM_LIBRARY", "", "name both of the platform's libraries"),
-    ("DATA_LIBRARY", "nowhere", "nowhere cannot be linked with: cannot find -lnowhere"),
-    ("DATA_LIBRARY", "m", "m lacks a function: undefined reference to `policyTypeToString'"),
-    ("SHM_LIBRARY", "m", "m lacks a function: undefined reference to `Tolm_shm_memread'"),
-    ("EXTRA_LIBRARIES", "m;nowhere", "nowhere cannot be linked with: cannot find -lnowhere"),
+@pytest.mark.parametrize("settings, sentence, output", [
+    (dict(INCLUDE_DIR="/nowhere"), "there is no directory /nowhere", ""),
+    (dict(SHM_HEADER="no.h"), "this header is not in PLATFORM_INCLUDE_DIR=", "error: no.h: No such"),
+    (dict(SHM_HEADER="int\n"), CANNOT_COMPILE, "error: "),
+    (dict(SHM_HEADER=SHM.replace("memwrite", "memcopy")), CANNOT_COMPILE, "error: implicit declaration of function"),
+    (dict(SHM_HEADER=SHM.replace(", int32_t length", "")), CANNOT_COMPILE, "error: too many arguments to function"),
+    (dict(DATA_HEADER=SHM), CANNOT_COMPILE, "error: implicit declaration"),
+    (dict(SHM_LIBRARY="/no/lib.so"), "there is no file /no/lib.so", ""),
+    (dict(SHM_LIBRARY="relative/lib.so"), "there is no file /", ""),
+    (dict(SHM_LIBRARY=""), "set both PLATFORM_SHM_LIBRARY and PLATFORM_DATA_LIBRARY", ""),
+    (dict(SHM_LIBRARY="libtext.so"), CANNOT_USE, "libtext.so"),
+    (dict(DATA_LIBRARY="libother.so"), CANNOT_USE, "file in wrong format"),
+    (dict(DATA_LIBRARY="nowhere"), CANNOT_USE, "cannot find -lnowhere"),
+    (dict(DATA_LIBRARY="m"), f"{LACKS}, or PLATFORM_EXTRA_LIBRARIES= lacks one", "undefined reference to `policyType"),
+    (dict(SHM_LIBRARY="libhalf.so"), f"{LACKS} Change Dir:", "undefined reference to `Tolm_shm_memwrite'"),
+    (dict(SHM_LIBRARY="libvendordata.so", DATA_LIBRARY="libvendorshm.so"), LACKS, "`Tolm_shm_memread'"),
+    (dict(EXTRA_LIBRARIES="m;nowhere"), CANNOT_USE, "cannot find -lnowhere"),
+    (dict(EXTRA_LIBRARIES="m;relative/lib.so"), "relative/lib.so is not an absolute path", ""),
 ])
-def test_mistakes_end_in_a_sentence(vendor, variable, value, sentence):
-    """A value that has a line end is a header's text."""
-    vendor.write("bad.h", value)
-    errors, status = vendor.configure(**{f"PLATFORM_{variable}": "bad.h" if "\n" in value else value})
+def test_configure_names_the_wrong_setting(vendor, settings, sentence, output):
+    """The first setting is wrong. A value with a newline is the text of a header, "lib..." the vendor's file."""
+    vendor.write("libtext.so", "not a library\n")
+    other = bytearray((vendor.directory / "libvendordata.so").read_bytes())
+    other[18] ^= 0xFF  # the architecture
+    (vendor.directory / "libother.so").write_bytes(other)
+    vendor.library("libhalf.so", "int Tolm_shm_memread(void) { return 0; }\n")
+    for variable, value in settings.items():
+        if "\n" in value:
+            settings = {variable: vendor.write("bad.h", value).name}
+        elif value.startswith("lib"):
+            settings = {**settings, variable: vendor.directory / value}
+    errors, status = vendor.configure(**{f"PLATFORM_{variable}": value for variable, value in settings.items()})
     assert status == 1
-    assert f"PLATFORM_{variable}: {sentence}" in errors
+    assert re.search(rf"\(message\): PLATFORM_{list(settings)[0]}=[^:]*: {sentence}.*{output}", errors), errors
 
 
-def test_libraries_with_needs_of_their_own(vendor):
-    """A shared library that needs one elsewhere, and a static one that needs another."""
+def test_libraries_with_dependencies(vendor):
+    """A shared library that needs one in another directory, and a static one, given by name, that needs another."""
     elsewhere = vendor.library("elsewhere/libopen.so", OPEN)
     shared = vendor.library("libvendorshm.so", LIBRARY_SHM, f"-L{elsewhere.parent}", "-lopen")
-    static = vendor.library("libvendordata.a", LIBRARY_DATA)
+    vendor.library("libstaticdata.a", LIBRARY_DATA)
     scale = vendor.library("libscale.a", "double tolm_scale(double x) { return 2 * x; }\n")
-    named = {"PLATFORM_SHM_LIBRARY": shared, "PLATFORM_DATA_LIBRARY": static}
-    errors, status = vendor.configure(**named)
-    assert status == 1
-    assert "PLATFORM_EXTRA_LIBRARIES: a library is missing: " in errors
+    named = {"PLATFORM_SHM_LIBRARY": shared, "PLATFORM_DATA_LIBRARY": "staticdata"}
+    for extra, sentence in (elsewhere, "DATA_LIBRARY=staticdata: this library lacks "), (f"{scale};m", "EXTRA_LIBRARIES="):
+        errors, status = vendor.configure(PLATFORM_EXTRA_LIBRARIES=extra, **named)
+        assert status == 1
+        assert f"(message): PLATFORM_{sentence}" in errors
     errors, status = vendor.configure(PLATFORM_EXTRA_LIBRARIES=f"{scale};{elsewhere};m", **named)
     assert (status, errors) == (0, "")
     vendor.make("orbelstatprobe")
