@@ -40,7 +40,7 @@ std::string formatPath(std::span<const Step> path, const std::string &bare = "")
 struct Field {
     Path steps;
     std::string path; // formatted
-    size_t offset;    // of the first element in its section, in bytes; for a policy's name: the policy
+    size_t offset;    // of the first element in its section, in bytes; a policy's name: its number
 
     [[nodiscard]] const Node &node() const {
         return *steps.back().node;
