@@ -12,8 +12,8 @@ struct Command {
     const char *options; // besides --from and --help, such as "i: n: --csv"
     const char *help;
     const char *requiredOperand = ""; // the name of the first operand if there must be one
-    bool isLiveOnly = false;          // whether --from is rejected
     size_t maxOperands = SIZE_MAX;
+    bool isLiveOnly = false;                   // whether --from is rejected
     ExitStatus ifFailed = ExitStatus::failure; // the status of failures and of lost output
 };
 
@@ -21,18 +21,19 @@ static constexpr Command commands[] = {
     {"list", "List fields with type, section, offset and bounds", runList, "a w", listHelp},
     {"get", "Print fields as PATH=VALUE", runGet, "n w", getHelp},
     {"set", "Validate all assignments, then write them", runSet, "--dry-run", setHelp, "PATH=VALUE",
-     true},
+     SIZE_MAX, true},
     {"undo", "Reverse the changes that set printed", runUndo, "--dry-run --force", undoHelp, "FILE",
-     true, 1},
-    {"json", "Print one JSON document", runJson, "", jsonHelp, "", false, 1},
+     1, true},
+    {"json", "Print one JSON document", runJson, "", jsonHelp, "", 1},
     {"table", "Print an array of records, or the arrays of a group, as a table", runTable,
      "t --csv", tableHelp, "PATH"},
     {"diff", "Compare a capture with another one or the live memory", runDiff, "w p:", diffHelp,
-     "BEFORE", true, 2, ExitStatus::usageError},
-    {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", true},
-    {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", true},
+     "BEFORE", 2, true, ExitStatus::usageError},
+    {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", SIZE_MAX,
+     true},
+    {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", SIZE_MAX, true},
     {"metrics", "Print numbers and text for Prometheus", runMetrics, "", metricsHelp},
-    {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", true, 1},
+    {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", 1, true},
 };
 
 static constexpr Command program = {"", "", nullptr, "V --version", ""};

@@ -41,17 +41,18 @@ inline const std::string &description(const std::string &text) {
 // error with a message for each item that is invalid.
 template <typename Items, typename Parse> auto parseAll(const Items &items, Parse parse) {
     std::vector<decltype(parse(*items.begin()).value)> values;
-    CommandError errors{ExitStatus::usageError, {}};
+    Strings messages;
     for (const auto &item : items) {
         auto [value, error] = parse(item);
         values.push_back(std::move(value));
         if (!error.empty()) {
-            const std::string shown = description(item);
-            errors.messages.push_back((shown.empty() ? "" : shown + ": ") + error);
+            std::string message = description(item);
+            message.append(message.empty() ? "" : ": ").append(error);
+            messages.push_back(message);
         }
     }
-    if (!errors.messages.empty()) {
-        throw errors;
+    if (!messages.empty()) {
+        throw CommandError{ExitStatus::usageError, messages};
     }
     return values;
 }

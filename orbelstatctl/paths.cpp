@@ -22,12 +22,12 @@ static bool parseElements(std::string_view text, Step &step) {
 // Returns the first path to a node with this name below `node`, in list order; "" if there is none.
 static std::string findName(const Node &node, std::string_view name) {
     for (const Node &member : node.members) {
-        const std::string path(member.name);
+        std::string path(member.name);
         if (member.name == name) {
             return path;
         }
         if (const std::string below = findName(member, name); !below.empty()) {
-            return path + '.' + below;
+            return path.append(".").append(below);
         }
     }
     return "";

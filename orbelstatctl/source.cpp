@@ -51,8 +51,8 @@ static Result<std::string> readFile(const std::string &path, size_t limit) {
     return contents;
 }
 
-Source::Source(std::string capture, ReadErrors whatToDo)
-    : directory(std::move(capture)), errors(whatToDo) {
+Source::Source(std::string capture, ReadErrors onError)
+    : directory(std::move(capture)), errors(onError) {
     if (directory.empty()) {
         return;
     }

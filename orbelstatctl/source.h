@@ -1,4 +1,4 @@
-// Where values come from: the live shared memory, or a capture that `save` made.
+// The source of values: the live shared memory, or a capture that `save` made.
 #pragma once
 
 #include "orbelstatctl/paths.h"
@@ -13,10 +13,10 @@ enum class ReadErrors { print, keep };
 
 class Source {
   public:
-    // The live memory or, if `directory` is not empty, a capture. Throws a failure if that is not a
-    // directory, or if its file `about` cannot be read or names a later format. With `keep`, failed
-    // reads of sections are not printed.
-    explicit Source(std::string directory = "", ReadErrors errors = ReadErrors::print);
+    // The live memory or, if `capture` is not empty, the capture in that directory. Throws a
+    // failure if that is not a directory, or if its file `about` cannot be read or names a later
+    // format. With `keep`, failed reads of sections are not printed.
+    explicit Source(std::string capture = "", ReadErrors onError = ReadErrors::print);
 
     // Returns the bytes of a section, which is read on first use; nothing if that fails.
     std::optional<std::string_view> readBytes(Section section);

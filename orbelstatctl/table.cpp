@@ -63,9 +63,9 @@ static std::vector<Column> findColumns(const Path &group, const std::string &tex
         addColumns(group, path, columns);
     }
     rejectIf(columns.empty(), text + ": contains no array of single values");
-    for (const auto &[header, fields, cells] : columns) {
-        rejectIf(fields.size() != columns[0].fields.size(),
-                 text + ": " + columns[0].header + " and " + header +
+    for (const Column &column : columns) {
+        rejectIf(column.fields.size() != columns[0].fields.size(),
+                 text + ": " + columns[0].header + " and " + column.header +
                      " have different numbers of elements; name the FIELDs to print");
     }
     return columns;

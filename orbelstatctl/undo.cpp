@@ -1,8 +1,6 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/write_fields.h"
 
-#include <ranges>
-
 // Parses "PATH: OLD -> NEW", the assignment of NEW after OLD. PATH must be one writable element.
 // The values may be outside the field's bounds, since memory held them.
 static Result<Assignment> parseChange(const InputLine &line) {
@@ -24,7 +22,7 @@ static Result<Assignment> parseChange(const InputLine &line) {
     return {change, isValid ? "" : "not PATH: OLD -> NEW"};
 }
 
-// Reverses changes, last to first, on a copy of memory. Returns the resulting bytes of each field.
+// Reverses changes, in this order, on a copy of memory. Returns the resulting bytes of each field.
 // Throws a failure with a message for each field that holds neither value of a change, unless
 // `isForced` holds. Values are compared as they print: a NaN has many representations.
 static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &changes,
@@ -32,8 +30,7 @@ static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &cha
     std::vector<Assignment> results;
     std::map<std::string, size_t> places;         // of the fields in `results`, by path
     std::map<std::string, std::string> conflicts; // messages by path
-    for (const auto &[field, newBytes, oldBytes, isWritten, error] :
-         changes | std::views::reverse) {
+    for (const auto &[field, newBytes, oldBytes, isWritten, error] : changes) {
         const auto memory = source.readBytes(field);
         if (!memory) {
             throw CommandError{ExitStatus::failure, {}}; // readBytes has printed the reason
@@ -53,14 +50,18 @@ static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &cha
         }
     }
     if (!conflicts.empty()) {
-        const auto messages = conflicts | std::views::values;
-        throw CommandError{ExitStatus::failure, {messages.begin(), messages.end()}};
+        Strings messages;
+        for (const auto &[path, message] : conflicts) {
+            messages.push_back(message);
+        }
+        throw CommandError{ExitStatus::failure, messages};
     }
     return results;
 }
 
 ExitStatus runUndo(const Arguments &arguments) {
-    const auto changes = parseAll(readLines(arguments.operands[0]), parseChange);
+    auto changes = parseAll(readLines(arguments.operands[0]), parseChange);
+    std::ranges::reverse(changes);
     Source source;
     const auto assignments = reverseChanges(changes, source, arguments.has("--force"));
     return writeFields(assignments, source, arguments.has("--dry-run"));

@@ -52,7 +52,7 @@ static void writeAll(std::vector<Assignment> &assignments) {
     }
 }
 
-// Returns what is wrong with a field, of which `found` was read back; "" if it holds its bytes.
+// Returns why a field, of which `found` was read back, is wrong; "" if it holds its bytes.
 static std::string writeError(const Assignment &assignment, std::optional<std::string_view> found) {
     const auto &[field, bytes, before, isAttempted, error] = assignment;
     const Row &row = *field.node().row;

@@ -1,4 +1,4 @@
-// What set and undo share: lines of input, and the checked write of fields.
+// The code that set and undo share: lines of input, and the checked write of fields.
 #pragma once
 
 #include "orbelstatctl/source.h"
