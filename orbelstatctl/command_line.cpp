@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <getopt.h>
-#include <new>
 #include <sstream>
 
 struct Command {
@@ -12,28 +11,25 @@ struct Command {
     const char *options; // besides --from and --help, such as "i: n: --csv"
     const char *help;
     const char *requiredOperand = ""; // the name of the first operand if there must be one
+    bool isLiveOnly = false;          // whether --from is rejected
     size_t maxOperands = SIZE_MAX;
-    bool isLiveOnly = false;                   // whether --from is rejected
     ExitStatus ifFailed = ExitStatus::failure; // the status of failures and of lost output
 };
 
 static constexpr Command commands[] = {
     {"list", "List fields with type, section, offset and bounds", runList, "a w", listHelp},
     {"get", "Print fields as PATH=VALUE", runGet, "n w", getHelp},
-    {"set", "Validate all assignments, then write them", runSet, "--dry-run", setHelp, "PATH=VALUE",
-     SIZE_MAX, true},
-    {"undo", "Reverse the changes that set printed", runUndo, "--dry-run --force", undoHelp, "FILE",
-     1, true},
-    {"json", "Print one JSON document", runJson, "", jsonHelp, "", 1},
-    {"table", "Print an array of records, or the arrays of a group, as a table", runTable,
-     "t --csv", tableHelp, "PATH"},
-    {"diff", "Compare a capture with another one or the live memory", runDiff, "w p:", diffHelp,
-     "BEFORE", 2, true, ExitStatus::usageError},
-    {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", SIZE_MAX,
+    {"set", "Validate all assignments, then write", runSet, "--dry-run", setHelp, "PATH=VALUE",
      true},
-    {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", SIZE_MAX, true},
+    {"undo", "Reverse changes", runUndo, "--dry-run --force", undoHelp, "FILE", true, 1},
+    {"json", "Print one JSON document", runJson, "", jsonHelp, "", false, 1},
+    {"table", "Print records or arrays as a table", runTable, "t --csv", tableHelp, "PATH"},
+    {"diff", "Compare a capture with another one or the live memory", runDiff, "w p:", diffHelp,
+     "BEFORE", true, 2, ExitStatus::usageError},
+    {"watch", "Print changes as they happen", runWatch, "i: n: --csv", watchHelp, "PATH", true},
+    {"wait", "Wait until conditions hold", runWait, "i: t:", waitHelp, "CONDITION", true},
     {"metrics", "Print numbers and text for Prometheus", runMetrics, "", metricsHelp},
-    {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", 1, true},
+    {"save", "Save a capture of all sections", runSave, "", saveHelp, "DIRECTORY", true, 1},
 };
 
 static constexpr Command program = {"", "", nullptr, "V --version", ""};
@@ -159,8 +155,7 @@ static ExitStatus run(std::span<char *> words, const Command *&command) {
     arguments.options.insert(general.options.begin(), general.options.end());
     rejectIf(command->isLiveOnly && arguments.has("--from"),
              std::string(command->name) + " does not accept --from (live memory only)");
-    rejectIf(arguments.has("--from") && arguments.last("--from").empty(),
-             "--from: DIRECTORY is empty");
+    rejectIf(arguments.has("--from") && arguments.last("--from").empty(), "--from: empty name");
     if (*command->requiredOperand != '\0' && arguments.operands.empty()) {
         reject(*command, std::string(command->requiredOperand) + " is missing");
     }
@@ -170,14 +165,13 @@ static ExitStatus run(std::span<char *> words, const Command *&command) {
     return command->run(arguments);
 }
 
-double Arguments::number(const std::string &option, double least, double most,
-                         double ifMissing) const {
+double Arguments::number(const std::string &option, double min, double max, double fallback) const {
     if (!has(option)) {
-        return ifMissing;
+        return fallback;
     }
     const auto [number, error] = parseFloat(last(option));
-    rejectIf(!error.empty() || !(least <= number && number <= most),
-             option + ": must be a number from " + formatFloat(least) + " to " + formatFloat(most) +
+    rejectIf(!error.empty() || !(min <= number && number <= max),
+             option + ": must be a number from " + formatFloat(min) + " to " + formatFloat(max) +
                  ": " + last(option));
     return number;
 }

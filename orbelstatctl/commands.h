@@ -16,9 +16,9 @@ struct Arguments {
     [[nodiscard]] std::string last(const std::string &option) const {
         return has(option) ? options.at(option).back() : "";
     }
-    // Returns an option's value. Throws a usage error if it is not a number from `least` to `most`.
-    [[nodiscard]] double number(const std::string &option, double least, double most,
-                                double ifMissing) const;
+    // Returns an option's value. Throws a usage error if it is not a number from `min` to `max`.
+    [[nodiscard]] double number(const std::string &option, double min, double max,
+                                double fallback) const;
 };
 
 // Runs a command. Throws its errors.

@@ -3,11 +3,6 @@
 
 #include <cstdio>
 
-// As for diff(1), 1 means that values differ, and 2 that something could not be compared.
-static constexpr auto same = ExitStatus::success;
-static constexpr auto different = ExitStatus::failure;
-static constexpr auto trouble = ExitStatus::usageError;
-
 ExitStatus runDiff(const Arguments &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     const std::vector<Path> paths =
@@ -29,9 +24,9 @@ ExitStatus runDiff(const Arguments &arguments) {
     }
     flushStandardOutput();
     if (!isComplete || ferror(stdout) != 0) {
-        return trouble;
+        return ExitStatus::usageError; // as of diff(1): 1 means that values differ
     }
-    return isDifferent ? different : same;
+    return isDifferent ? ExitStatus::failure : ExitStatus::success;
 }
 
 const char diffHelp[] = R"(Usage: orbelstatctl diff [-w] [-p PATH]... BEFORE [AFTER]

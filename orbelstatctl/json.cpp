@@ -9,9 +9,7 @@ static std::string toUtf8(const std::string &text) {
     std::string utf8;
     for (const char character : text) {
         const auto byte = static_cast<uint8_t>(character);
-        if (byte >= 0x80) {
-            utf8 += static_cast<char>(0xC0 | byte >> 6);
-        }
+        utf8.append(byte < 0x80 ? 0 : 1, static_cast<char>(0xC0 | byte >> 6));
         utf8 += static_cast<char>(byte < 0x80 ? byte : 0x80 | (byte & 0x3F));
     }
     return utf8;

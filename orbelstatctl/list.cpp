@@ -1,13 +1,12 @@
 #include "orbelstatctl/commands.h"
 
 // Returns u8, i16, double, time32, char[64], byte[256], ...; "text" for a policy's name.
-static std::string formatType(const Node &field) {
-    if (field.isPolicyName) {
+static std::string formatType(const Node &node) {
+    if (node.isPolicyName) {
         return "text";
     }
-    const std::string name(typeInfo(field.row->type).name);
-    return isByteString(field.row->type) ? name + '[' + std::to_string(field.row->size) + ']'
-                                         : name;
+    const std::string name(typeInfo(node.row->type).name);
+    return isByteString(node.row->type) ? name + '[' + std::to_string(node.row->size) + ']' : name;
 }
 
 ExitStatus runList(const Arguments &arguments) {
@@ -15,10 +14,9 @@ ExitStatus runList(const Arguments &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     for (const Field &field : expandPaths(parsePaths(arguments.operands, kind), kind, expansion)) {
         const Node &node = field.node();
-        const std::string location =
+        const std::string place =
             std::to_string(node.section.id) + '\t' + std::to_string(field.offset);
-        print(field.path + '\t' + formatType(node) + '\t' +
-              (node.isPolicyName ? "-\t-" : location) +
+        print(field.path + '\t' + formatType(node) + '\t' + (node.isPolicyName ? "-\t-" : place) +
               (node.isWritable() ? '\t' + formatBounds(*node.row) : "") + '\n');
     }
     return ExitStatus::success;

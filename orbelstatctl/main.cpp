@@ -6,8 +6,7 @@ int main(int argc, char **argv) {
     if (!openStandardStreams("orbelstatctl")) {
         return argc > 1 && argv[1] == std::string_view("diff") ? 2 : 1; // diff(1) exits with 2, too
     }
-    const auto [status, ifOutputIsLost] = runOrbelstatctl(argc, argv);
+    const auto [status, ifLost] = runOrbelstatctl(argc, argv);
     const bool isWritten = closeStandardOutput("orbelstatctl");
-    return static_cast<int>(isWritten || status == ExitStatus::usageError ? status
-                                                                          : ifOutputIsLost);
+    return static_cast<int>(isWritten || status == ExitStatus::usageError ? status : ifLost);
 }

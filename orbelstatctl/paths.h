@@ -47,10 +47,8 @@ struct Field {
     }
 };
 
-enum class Expansion {
-    members,  // one Field per member, with the ranges of its arrays
-    elements, // one Field per element
-};
+// One Field per member, with the ranges of its arrays, or one Field per element.
+enum class Expansion { members, elements };
 
 // Returns the fields of a kind that the paths select: path by path, and below one path in report
 // order.

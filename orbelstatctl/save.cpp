@@ -104,9 +104,7 @@ static void createCapture(const std::string &name, const Files &files) {
     close(directory);
     if (error != 0) {
         const bool isInUse = error == ENOTEMPTY || error == EEXIST;
-        fail(path + ": " +
-             (isInUse ? "already exists and is not empty; choose another directory"
-                      : strerror(error)));
+        fail(path + ": " + (isInUse ? "already exists and is not empty" : strerror(error)));
     }
 }
 

@@ -33,7 +33,6 @@ struct Node {
     [[nodiscard]] bool isText() const {
         return isPolicyName || (row != nullptr && row->type == Type::text);
     }
-    // Whether it holds opaque bytes.
     [[nodiscard]] bool isBytes() const {
         return row != nullptr && row->type == Type::bytes;
     }

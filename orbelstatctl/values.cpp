@@ -30,7 +30,7 @@ std::string formatFloat(double number) {
 
 // Returns the number with the fewest digits that read back to a float: 0.1 for 0.1F.
 static double toDouble(float number) {
-    char text[32];
+    char text[32] = {};
     return parseFloat({text, std::to_chars(text, std::end(text), number).ptr}).value;
 }
 

@@ -96,9 +96,8 @@ static Strings checkAll(const std::vector<Condition> &conditions, Source &source
 ExitStatus runWait(const Arguments &arguments) {
     const auto conditions = parseAll(arguments.operands, parseCondition);
     const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 0.1));
-    const Clock::duration limit = arguments.has("-t")
-                                      ? toDuration(arguments.number("-t", 0, 1e6, 0))
-                                      : Clock::duration::max();
+    const auto limit = arguments.has("-t") ? toDuration(arguments.number("-t", 0, 1e6, 0))
+                                           : Clock::duration::max();
     Source source("", ReadErrors::keep);
     catchInterrupts();
     const auto start = Clock::now();
