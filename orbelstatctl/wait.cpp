@@ -32,12 +32,12 @@ static bool satisfies(const std::string &value, const Condition &condition, cons
                                         : isFloat(*node.row)
                                             ? parseFloat(value).value <=> parseFloat(expected).value
                                             : compareIntegers(value, expected);
-    return comparison == "="    ? order == 0
-           : comparison == "!=" ? order != 0
-           : comparison == "<"  ? order < 0
-           : comparison == "<=" ? order <= 0
-           : comparison == ">"  ? order > 0
-                                : order >= 0;
+    return comparison == "="    ? std::is_eq(order)
+           : comparison == "!=" ? std::is_neq(order)
+           : comparison == "<"  ? std::is_lt(order)
+           : comparison == "<=" ? std::is_lteq(order)
+           : comparison == ">"  ? std::is_gt(order)
+                                : std::is_gteq(order);
 }
 
 // Returns why a field cannot be compared with a value in this way; "" if it can.
