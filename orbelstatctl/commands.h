@@ -21,7 +21,6 @@ struct Arguments {
                                 double fallback) const;
 };
 
-// Runs a command. Throws its errors.
 using Run = ExitStatus(const Arguments &arguments);
 
 // What command_line.cpp needs of each command. The help has usage, options and examples.

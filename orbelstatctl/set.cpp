@@ -16,8 +16,8 @@ static std::string targetError(const Path &path) {
                      formatPath(path, "[*]") + " to set them all";
 }
 
-// Parses PATH=VALUE into an assignment for each field that PATH selects. Adds the
-// bytes to `all`, which maps the path of each assigned field to its bytes.
+// Parses PATH=VALUE into an assignment for each field that PATH selects. Adds the bytes to `all`,
+// which maps the path of each assigned field to its bytes.
 static Result<std::vector<Assignment>> parseAssignments(std::string_view text,
                                                         std::map<std::string, std::string> &all) {
     const size_t end = text.find('=');

@@ -3,7 +3,6 @@
 #include "orbelstatctl/messages.h"
 #include "output/standard_streams.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>

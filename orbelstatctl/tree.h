@@ -6,12 +6,8 @@
 
 #include <vector>
 
-// The fields that a command accepts.
-enum class Kind {
-    any,
-    writable,
-    metric, // numbers and text: what metrics can express
-};
+// The fields that a command accepts; metrics are numbers and text.
+enum class Kind { any, writable, metric };
 
 // A root, a group of fields, an array of groups, a field or an array of fields.
 struct Node {
