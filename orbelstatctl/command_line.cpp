@@ -82,7 +82,7 @@ static constexpr int longOption = 256;
 }
 
 // Parses the words after the first one, which names the command.
-static Arguments parseArguments(const Command &command, std::span<char *> words) {
+static Options parseArguments(const Command &command, std::span<char *> words) {
     // "-" returns operands as the option 1, so that options may follow them in any environment; "+"
     // ends the program's own options at the command. ":" distinguishes a missing value.
     std::string letters = &command == &program ? "+:h" : "-:h";
@@ -96,7 +96,7 @@ static Arguments parseArguments(const Command &command, std::span<char *> words)
         table.push_back({name.c_str() + 2, name == "--from" ? 1 : 0, nullptr, longOption});
     }
     table.push_back({});
-    Arguments arguments;
+    Options arguments;
     opterr = 0;
     optind = 0; // starts a new pass
     for (int found = 0, index = 0; found != -1;) {
@@ -130,7 +130,7 @@ static const Command &findCommand(const std::string &name) {
 
 // Runs a command line. `command` becomes the command as soon as it is known.
 static ExitStatus run(std::span<char *> words, const Command *&command) {
-    const Arguments general = parseArguments(program, words);
+    const Options general = parseArguments(program, words);
     if (words.size() <= 1) {
         fputs(formatProgramHelp().c_str(), stderr);
         return ExitStatus::usageError;
@@ -147,7 +147,7 @@ static ExitStatus run(std::span<char *> words, const Command *&command) {
         reject(program, "COMMAND is missing");
     }
     command = &findCommand(general.operands[0]);
-    Arguments arguments = parseArguments(*command, words.last(general.operands.size()));
+    Options arguments = parseArguments(*command, words.last(general.operands.size()));
     if (arguments.has("-h") || arguments.has("--help")) {
         print(command->help);
         return ExitStatus::success;
@@ -165,7 +165,7 @@ static ExitStatus run(std::span<char *> words, const Command *&command) {
     return command->run(arguments);
 }
 
-double Arguments::number(const std::string &option, double min, double max, double fallback) const {
+double Options::number(const std::string &option, double min, double max, double fallback) const {
     if (!has(option)) {
         return fallback;
     }

@@ -4,8 +4,8 @@
 #include "orbelstatctl/source.h"
 #include "orbelstatctl/values.h"
 
-// The parsed words after a command's name.
-struct Arguments {
+// The parsed options and operands of a command.
+struct Options {
     std::map<std::string, Strings> options; // values by "-i" or "--csv"; "" for a flag
     Strings operands;
 
@@ -21,7 +21,7 @@ struct Arguments {
                                 double fallback) const;
 };
 
-using Run = ExitStatus(const Arguments &arguments);
+using Run = ExitStatus(const Options &arguments);
 
 // What command_line.cpp needs of each command. The help has usage, options and examples.
 Run runList, runGet, runSet, runUndo, runJson, runTable, runMetrics, runDiff, runWatch, runWait,

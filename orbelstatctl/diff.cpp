@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-ExitStatus runDiff(const Arguments &arguments) {
+ExitStatus runDiff(const Options &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     const std::vector<Path> paths =
         parsePaths(arguments.has("-p") ? arguments.options.at("-p") : Strings(), kind);

@@ -11,7 +11,7 @@ static std::string restoreError(const Field &field, const std::string &value, So
                                             : "skipped, this NaN cannot be restored bit for bit";
 }
 
-ExitStatus runGet(const Arguments &arguments) {
+ExitStatus runGet(const Options &arguments) {
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     const std::vector<Path> paths = parsePaths(arguments.operands, kind);
     Source source(arguments.last("--from"));

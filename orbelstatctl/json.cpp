@@ -48,7 +48,7 @@ static Json &findOrAddJson(Json &document, const Path &path, const Field &field)
     return *json;
 }
 
-ExitStatus runJson(const Arguments &arguments) {
+ExitStatus runJson(const Options &arguments) {
     const Path path = parsePaths(arguments.operands, Kind::any)[0];
     Source source(arguments.last("--from"));
     Json document;

@@ -9,7 +9,7 @@ static std::string formatType(const Node &node) {
     return isByteString(node.row->type) ? name + '[' + std::to_string(node.row->size) + ']' : name;
 }
 
-ExitStatus runList(const Arguments &arguments) {
+ExitStatus runList(const Options &arguments) {
     const auto expansion = arguments.has("-a") ? Expansion::elements : Expansion::members;
     const auto kind = arguments.has("-w") ? Kind::writable : Kind::any;
     for (const Field &field : expandPaths(parsePaths(arguments.operands, kind), kind, expansion)) {

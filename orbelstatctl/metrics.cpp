@@ -42,7 +42,7 @@ static void printHeading(const std::string &name, const std::string &help) {
     print("# HELP " + name + ' ' + help + "\n# TYPE " + name + " gauge\n");
 }
 
-ExitStatus runMetrics(const Arguments &arguments) {
+ExitStatus runMetrics(const Options &arguments) {
     const std::vector<Path> paths = parsePaths(arguments.operands, Kind::metric);
     Source source(arguments.last("--from"));
     // The samples of each member by their offsets, so that each appears once.

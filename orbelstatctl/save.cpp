@@ -108,7 +108,7 @@ static void createCapture(const std::string &name, const Files &files) {
     }
 }
 
-ExitStatus runSave(const Arguments &arguments) {
+ExitStatus runSave(const Options &arguments) {
     const std::string &text = arguments.operands[0];
     rejectIf(text.empty(), "DIRECTORY is empty");
     Source source;

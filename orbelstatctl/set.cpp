@@ -68,7 +68,7 @@ static std::vector<Assignment> readAssignments(const Strings &arguments) {
     return assignments;
 }
 
-ExitStatus runSet(const Arguments &arguments) {
+ExitStatus runSet(const Options &arguments) {
     Source source;
     return writeFields(readAssignments(arguments.operands), source, arguments.has("--dry-run"));
 }

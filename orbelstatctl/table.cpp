@@ -97,7 +97,7 @@ static void printTable(const std::vector<Column> &columns, bool isTransposed, bo
     }
 }
 
-ExitStatus runTable(const Arguments &arguments) {
+ExitStatus runTable(const Options &arguments) {
     const Strings &operands = arguments.operands;
     const Path group = parsePaths({operands[0]}, Kind::any)[0];
     auto columns = findColumns(group, operands[0], {operands.begin() + 1, operands.end()});

@@ -9,7 +9,7 @@ static Result<Assignment> parseChange(const InputLine &line) {
     const size_t arrow = text.find(" -> ", colon);
     const auto [path, error] = parsePath(text.substr(0, colon));
     const auto fields = error.empty() ? expandPaths({path}, Kind::writable) : std::vector<Field>();
-    Assignment change;
+    Assignment change{};
     bool isValid = line.isComplete && arrow != std::string_view::npos && fields.size() == 1 &&
                    fields[0].path == text.substr(0, colon);
     if (isValid) {
@@ -59,7 +59,7 @@ static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &cha
     return results;
 }
 
-ExitStatus runUndo(const Arguments &arguments) {
+ExitStatus runUndo(const Options &arguments) {
     auto changes = parseAll(readLines(arguments.operands[0]), parseChange);
     std::ranges::reverse(changes);
     Source source;

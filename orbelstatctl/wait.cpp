@@ -93,7 +93,7 @@ static Strings checkAll(const std::vector<Condition> &conditions, Source &source
     return failures;
 }
 
-ExitStatus runWait(const Arguments &arguments) {
+ExitStatus runWait(const Options &arguments) {
     const auto conditions = parseAll(arguments.operands, parseCondition);
     const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 0.1));
     const auto limit = arguments.has("-t") ? toDuration(arguments.number("-t", 0, 1e6, 0))

@@ -40,7 +40,7 @@ static std::string formatChanges(const std::vector<Field> &fields, const Values 
     return lines;
 }
 
-ExitStatus runWatch(const Arguments &arguments) {
+ExitStatus runWatch(const Options &arguments) {
     const std::vector<Field> fields = expandPaths(parsePaths(arguments.operands, Kind::any));
     const Clock::duration interval = toDuration(arguments.number("-i", 0.001, 1e6, 1));
     const double count = arguments.number("-n", 1, 1e9, INFINITY);
