@@ -74,7 +74,8 @@ if(DEFINED ENV{LIBRARY_PATH} AND NOT CMAKE_CROSSCOMPILING)
 endif()
 list(TRANSFORM ORBEL_LIBRARY_PATH PREPEND "-L" OUTPUT_VARIABLE directories)
 target_link_options(orbel_platform INTERFACE ${directories})
-# The program may not call the extra libraries itself; they are linked for the other two.
+# The platform's two libraries need the extra libraries. --no-as-needed keeps them linked even if the
+# program does not call them directly.
 set(extra_libraries
     -Wl,--push-state,--no-as-needed ${PLATFORM_EXTRA_LIBRARIES} -Wl,--pop-state)
 
@@ -94,8 +95,9 @@ set(wrapper_SHM ${PROJECT_SOURCE_DIR}/src/shm/platform_shm.c)
 set(wrapper_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
 set(main ${PROJECT_SOURCE_DIR}/cmake/platform_check.cpp)
 
-# Each wrapper has to link with its own library. The linker ignores here what a shared library lacks,
-# but not what a static one lacks, which may be in the extra libraries. If a wrapper does not link, its
+# Each wrapper has to link with its own library. Here the linker ignores undefined symbols in shared
+# libraries. It still reports those in static libraries, unless the extra libraries define them.
+# If a wrapper does not link, its
 # header and each library are checked alone: can the header be compiled, and the library be read?
 foreach(part SHM DATA)
     check_platform(EXECUTABLE "${main};${wrapper_${part}}"

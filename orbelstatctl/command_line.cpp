@@ -12,7 +12,7 @@ struct Command {
     const char *help;
     const char *requiredOperand = ""; // the name of the first operand if there must be one
     bool isLiveOnly = false;          // whether --from is rejected
-    size_t maxOperands = SIZE_MAX;
+    uint32_t maxOperands = UINT32_MAX;
     ExitStatus ifFailed = ExitStatus::failure; // the status of failures and of lost output
 };
 

@@ -78,8 +78,8 @@ ExitStatus runMetrics(const Options &arguments) {
 
 const char metricsHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] metrics [PATH ...]
 
-Print numbers and text in the text format of Prometheus. A section that cannot
-be read has orbelstat_section_readable 0 and no other lines.
+Print fields in the Prometheus text format. If a section cannot be read, its
+orbelstat_section_readable is 0 and its fields are left out.
 
 Examples:
   orbelstatctl metrics 'psu[*].Pout' upm.policies

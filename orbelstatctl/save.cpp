@@ -110,7 +110,7 @@ static void createCapture(const std::string &name, const Files &files) {
 
 ExitStatus runSave(const Options &arguments) {
     const std::string &text = arguments.operands[0];
-    rejectIf(text.empty(), "DIRECTORY is empty");
+    rejectIf(text.empty(), "the name of DIRECTORY is empty");
     Source source;
     const Files files = readFiles(source);
     // A signal in between would leave the temporary directory behind.

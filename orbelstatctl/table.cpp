@@ -125,8 +125,8 @@ const char tableHelp[] =
     R"(Usage: orbelstatctl [--from DIRECTORY] table [-t] [--csv] PATH [FIELD ...]
 
 Print one row per record of an array or, for a group, one row per index of its
-arrays. FIELD is a column, a path below PATH (default: all single values of a
-record except byte[n], or all arrays of a group).
+arrays. Each FIELD is a path relative to PATH and becomes a column (default: all
+single values of a record except byte[n], or all arrays of a group).
 
   -t     Transpose: one row per field
   --csv  Print comma-separated values, for programs

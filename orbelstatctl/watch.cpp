@@ -75,7 +75,7 @@ const char watchHelp[] = R"(Usage: orbelstatctl watch [-i SECONDS] [-n COUNT] [-
 Print TIME PATH: OLD -> NEW whenever a value differs from the previous sample.
 
   -i SECONDS  Interval between samples, 0.001 to 1000000 (default: 1)
-  -n COUNT    Stop after this many samples; those that are late count (default: never)
+  -n COUNT    Stop after COUNT samples, including skipped ones (default: no limit)
   --csv       Print every sample as a row of comma-separated values
 
 Examples:
