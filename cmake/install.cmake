@@ -34,9 +34,9 @@ if(TARGET tolmshm)
     endif()
 endif()
 
-# Links each program a second time, with this run path or none, and installs that copy unmodified. The
-# one in the build directory keeps its own run path. If CMake were to replace that when it installs,
-# it would end the run path in the build directory in a colon, which means the working directory.
+# Links each program a second time, with this run path or none, and installs that copy unmodified.
+# The program in the build directory keeps its own run path. If CMake had to rewrite it on install, it
+# would append a colon to it at build time, and a trailing colon means the working directory.
 foreach(program IN LISTS programs)
     get_target_property(sources ${program} SOURCES)
     get_target_property(directory ${program} SOURCE_DIR)

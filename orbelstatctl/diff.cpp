@@ -24,7 +24,7 @@ ExitStatus runDiff(const Options &arguments) {
     }
     flushStandardOutput();
     if (!isComplete || ferror(stdout) != 0) {
-        return ExitStatus::usageError; // as of diff(1): 1 means that values differ
+        return ExitStatus::usageError; // 2, as in diff(1), where 1 means that values differ
     }
     return isDifferent ? ExitStatus::failure : ExitStatus::success;
 }

@@ -31,8 +31,8 @@ static Json readJson(Source &source, const Field &field) {
     return number.is_discarded() ? Json() : *value == "-0" ? Json(-0.0) : number;
 }
 
-// Returns the field's value in the document, which starts at the end of `path`: a step of `path`
-// adds no object, and adds an array only if it selects a range.
+// Returns the field's value in the document, whose root is the value of `path`. Steps of `path` add
+// no objects. An array step of `path` adds an array unless it has a single index, such as [3].
 static Json &findOrAddJson(Json &document, const Path &path, const Field &field) {
     Json *json = &document;
     for (size_t i = 0; i < field.steps.size(); ++i) {

@@ -61,8 +61,8 @@ static int writeFile(int directory, const std::string &name, std::string_view by
     return close(descriptor) != 0 && error == 0 ? errno : error;
 }
 
-// Gives the complete directory the mode that a new one would have, keeping a set-group-ID bit, and
-// its name. Returns 0 or an errno value.
+// Gives the complete directory the default mode of a new one, keeping any set-group-ID bit. Then
+// renames it to `name`. Returns 0 or an errno value.
 static int finishDirectory(int directory, const std::string &temporary, const std::string &name) {
     const mode_t mask = umask(0);
     umask(mask);

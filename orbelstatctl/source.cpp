@@ -28,8 +28,8 @@ static std::string rootsOf(Section section) {
     return roots;
 }
 
-// Reads at most `limit` bytes of a file of a capture, which may come from anywhere: only of a
-// regular file, without waiting for the other end of a FIFO.
+// Reads at most `limit` bytes of a file in a capture. Captures are untrusted: a file that is not
+// regular is an error, and opening a FIFO does not block.
 static Result<std::string> readFile(const std::string &path, size_t limit) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat status {};

@@ -4,8 +4,8 @@
 #include "orbelstatctl/messages.h"
 #include "orbelstatctl/tree.h"
 
-// Returns the range that `set` accepts for a writable field, "0..100000": up to the wizard's bound
-// or the largest value that the field can hold; for a double, from minus the bound.
+// Returns the range that `set` accepts for a writable field, such as "0..100000". It ends at the
+// smaller of the bound and the type's maximum. A double's range begins at minus the bound.
 std::string formatBounds(const Row &row);
 
 // Formats a number with the fewest digits that read back to it, without an exponent from 1e-5 to

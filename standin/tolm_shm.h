@@ -17,7 +17,7 @@ extern "C" {
 
 /*
  * Copies exactly `length` bytes at offset `offset` of the section into `buffer`. Returns 0, or a
- * negative errno value; except after -EIO, nothing has been copied then. The values are
+ * negative errno value. After any error other than -EIO, nothing has been copied. The values are
  *
  *     -ENOENT (-2)         the section does not exist
  *     -EIO (-5)            only some of the bytes could be copied

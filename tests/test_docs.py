@@ -1,5 +1,5 @@
-"""Compares what people read with the built programs: every option, command, path and file stands wherever such are
-listed, and README's examples work as they are printed."""
+"""Checks the documentation against the built programs: every option, command, path and file is in each list of its
+kind, and README's examples work as printed."""
 import os
 import re
 import shutil
@@ -24,7 +24,7 @@ def part_of(manual, heading):
     return re.search(rf"^\.Sh {heading}\n(.*?)(?=^\.Sh|\Z)", MANUALS[manual], re.M | re.S)[1]
 
 
-def test_every_letter_stands_in_the_usage_text(sandbox):
+def test_every_letter_is_in_the_usage_text(sandbox):
     known = {f"-{letter}" for letter in string.ascii_letters + string.digits
              if "invalid option" not in sandbox.run(f"-{letter}").err}
     assert known == {*LETTERS, "-w", "-h", "-i", "-l"}

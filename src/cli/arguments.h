@@ -31,8 +31,8 @@ struct Arguments {
     }
 };
 
-// Parses a decimal number. Returns false if any other text follows it. On overflow, `value` is
-// LONG_MIN or LONG_MAX, which every caller's range check rejects.
+// Parses a decimal number; empty text gives 0. Returns false if other text follows. On overflow,
+// `value` is LONG_MIN or LONG_MAX, which every caller's range check rejects.
 inline bool parseLong(const char *text, long &value) {
     char *rest = nullptr;
     value = strtol(text, &rest, 10);
