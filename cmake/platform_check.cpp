@@ -8,7 +8,7 @@
 
 int main() {
     uint8_t byte[1] = {};
-    return (orbelReadShm ? orbelReadShm(0, byte, 0, 1) : 0) +
-           (orbelWriteShm ? orbelWriteShm(0, byte, 0, 1) : 0) +
-           (orbelPolicyName ? orbelPolicyName(0)[0] : 0);
+    return (orbelReadShm != nullptr ? orbelReadShm(0, byte, 0, 1) : 0) +
+           (orbelWriteShm != nullptr ? orbelWriteShm(0, byte, 0, 1) : 0) +
+           (orbelPolicyName != nullptr ? orbelPolicyName(0)[0] : 0);
 }
