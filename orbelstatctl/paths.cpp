@@ -114,7 +114,7 @@ std::vector<Path> parsePaths(const Strings &texts, Kind kind) {
 std::string formatPath(std::span<const Step> path, const std::string &bare) {
     std::string text;
     for (const Step &step : path) {
-        text += (text.empty() ? "" : ".") + std::string(step.node->name);
+        text.append(text.empty() ? "" : ".").append(step.node->name);
         if (step.isBareArray() && !bare.empty()) {
             text += bare;
         } else if (step.node->count != 0) {
