@@ -26,7 +26,9 @@ target_compile_definitions(orbel_platform INTERFACE
 # C would accept a function that no header declares, and assume its type.
 target_compile_options(orbel_platform INTERFACE
     $<$<COMPILE_LANGUAGE:C>:-Werror=implicit-function-declaration>)
-if(NOT PLATFORM_SHM_LIBRARY AND NOT PLATFORM_DATA_LIBRARY AND NOT PLATFORM_INCLUDE_DIR)
+set(libraries ${PLATFORM_SHM_LIBRARY} ${PLATFORM_DATA_LIBRARY} ${PLATFORM_EXTRA_LIBRARIES})
+set(headers ${PLATFORM_INCLUDE_DIR} ${PLATFORM_SHM_HEADER} ${PLATFORM_DATA_HEADER})
+if("${libraries}" STREQUAL "" AND "${headers}" STREQUAL "tolm_shm.h;tolm_data.h")
     add_subdirectory(standin)
     target_link_libraries(orbel_platform INTERFACE tolmshm tolmdata)
     return()
@@ -96,9 +98,9 @@ set(wrapper_DATA ${PROJECT_SOURCE_DIR}/src/shm/platform_data.c)
 set(main ${PROJECT_SOURCE_DIR}/cmake/platform_check.cpp)
 
 # Each wrapper has to link with its own library. Here the linker ignores undefined symbols in shared
-# libraries. It still reports those in static libraries, unless the extra libraries define them.
-# If a wrapper does not link, its
-# header and each library are checked alone: can the header be compiled, and the library be read?
+# libraries. It still reports those in static libraries, unless the extra libraries define them. If a
+# wrapper does not link, its header and each library are checked alone: can the header be compiled, and
+# the library be read?
 foreach(part SHM DATA)
     check_platform(EXECUTABLE "${main};${wrapper_${part}}"
         -Wl,--unresolved-symbols=ignore-in-shared-libs ${PLATFORM_${part}_LIBRARY} ${extra_libraries})

@@ -31,7 +31,7 @@ static std::string formatSample(const Field &field, const std::string &value) {
             quoted += character;
         }
         addLabel(labels, field.node().name, quoted);
-        number = "1";
+        number = '1';
     } else if (value.ends_with("nan")) {
         number = "NaN";
     }

@@ -156,10 +156,12 @@ def test_promtool_accepts_metrics(sandbox, ctl):
 
 def test_set_writes_up_to_every_bound_and_refuses_what_is_beyond(sandbox, ctl):
     fields = sandbox.build.writable.values()
-    calls = [f"write 6 {field.offset} {field.size}: {field.pack(field.maximum).hex(' ')}" for field in fields
-             if sandbox.bytes_of(field) != field.pack(field.maximum)]
+    reads = [f"read {section} 0 {sandbox.build.sizes[section]}"
+             for section in dict.fromkeys(field.section for field in fields)]
+    calls = [f"write {field.section} {field.offset} {field.size}: {field.pack(field.maximum).hex(' ')}"
+             for field in fields if sandbox.bytes_of(field) != field.pack(field.maximum)]
     outcome = ctl("set", "-", typed="".join(f"{field.path}={field.maximum}\n" for field in fields))
-    assert outcome.calls == [WHOLE, *calls, WHOLE]
+    assert outcome.calls == [*reads, *calls, *reads]
     assert outcome.out.count(" -> ") == len(calls) > 30
     beyond = [f"{field.path}={value}" for field in fields for value in (field.maximum + 1, "-1e10")]
     outcome = ctl("set", "-", typed="\n".join(beyond) + "\n", status=2)
@@ -233,7 +235,7 @@ def test_set_and_undo_restore_every_byte(sandbox, ctl):
         for field in fields:
             sandbox.set(field.path, 0 if field.is_real else rng.randint(0, field.maximum))
         sandbox.set(DIMM, struct.pack("<4d", *numbers))
-        before, saved = [sandbox.bytes_of(field) for field in fields], ctl("get", "-w", "upm").out
+        before, saved = [sandbox.bytes_of(field) for field in fields], ctl("get", "-w").out
         changes = ctl("set", "-", typed="".join(f"{field.path}={rng.randint(0, 1)}\n" for field in fields)).out
         assert ctl("undo", "-", typed=changes).out.count(" -> ") == changes.count("\n") > 400
         assert [sandbox.bytes_of(field) for field in fields] == before
@@ -245,7 +247,7 @@ def test_set_and_undo_restore_every_byte(sandbox, ctl):
 def test_get_reports_what_set_cannot_restore(sandbox, ctl):
     sandbox.set("upm.policies[0].policyPowerLimit", -1)
     sandbox.set("upm.cpuPwrThermal.dimmPwr[1]", b"\1\0\0\0\0\0\xf8\x7f")
-    outcome = ctl("get", "-w", "upm", status=1)
+    outcome = ctl("get", "-w", status=1)
     assert outcome.err == (
         "orbelstatctl: upm.cpuPwrThermal.dimmPwr[1]=nan: skipped, this NaN cannot be restored bit for bit\n"
         "orbelstatctl: upm.policies[0].policyPowerLimit=-1: skipped, set would reject it: not within 0..100000\n")

@@ -115,6 +115,7 @@ def test_headers_that_are_accepted(vendor, name):
     (dict(SHM_LIBRARY="/no/lib.so"), "there is no file /no/lib.so", ""),
     (dict(SHM_LIBRARY="relative/lib.so"), "there is no file /", ""),
     (dict(SHM_LIBRARY=""), "set both PLATFORM_SHM_LIBRARY and PLATFORM_DATA_LIBRARY", ""),
+    (dict(SHM_LIBRARY="", DATA_LIBRARY="", INCLUDE_DIR=""), "set both", ""),
     (dict(SHM_LIBRARY="libtext.so"), CANNOT_USE, "libtext.so"),
     (dict(DATA_LIBRARY="libother.so"), CANNOT_USE, "file in wrong format"),
     (dict(DATA_LIBRARY="nowhere"), CANNOT_USE, "cannot find -lnowhere"),
