@@ -38,8 +38,9 @@ endif()
 # with it, and below that the output of the compiler. CMake does not wrap lines that are indented.
 function(fail variable sentence)
     string(STRIP "${ARGN}" output)
-    string(REPLACE "\n" "\n    " output "${output}")
-    message(FATAL_ERROR "${variable}=${${variable}}: ${sentence}\n    ${output}")
+    string(REPLACE "\n" "\n    " output "\n${output}")
+    string(STRIP "${variable}=${${variable}}: ${sentence}${output}" message)
+    message(FATAL_ERROR "${message}")
 endfunction()
 
 foreach(directory IN LISTS PLATFORM_INCLUDE_DIR)
@@ -66,7 +67,8 @@ endforeach()
 target_include_directories(orbel_platform SYSTEM INTERFACE ${PLATFORM_INCLUDE_DIR})
 # A native compiler also looks for libraries in LIBRARY_PATH, which may be unset when the programs
 # are built. So its directories are kept, the latest first. (CMake takes them for directories that
-# every linker searches: target_link_directories would leave them out.)
+# every linker searches: target_link_directories would leave them out. Link options would come before
+# the directories of the libraries that the settings name.)
 if(DEFINED ENV{LIBRARY_PATH} AND NOT CMAKE_CROSSCOMPILING)
     cmake_path(CONVERT "$ENV{LIBRARY_PATH}" TO_CMAKE_PATH_LIST directories)
     list(APPEND directories ${ORBEL_LIBRARY_PATH})
@@ -74,8 +76,8 @@ if(DEFINED ENV{LIBRARY_PATH} AND NOT CMAKE_CROSSCOMPILING)
     list(REMOVE_DUPLICATES directories)
     set(ORBEL_LIBRARY_PATH "${directories}" CACHE INTERNAL "Directories of LIBRARY_PATH")
 endif()
-list(TRANSFORM ORBEL_LIBRARY_PATH PREPEND "-L" OUTPUT_VARIABLE directories)
-target_link_options(orbel_platform INTERFACE ${directories})
+list(TRANSFORM ORBEL_LIBRARY_PATH REPLACE ".+" "-L'\\0'" OUTPUT_VARIABLE directories)
+target_link_libraries(orbel_platform INTERFACE ${directories})
 # The platform's two libraries need the extra libraries. --no-as-needed keeps them linked even if the
 # program does not call them directly.
 set(extra_libraries
