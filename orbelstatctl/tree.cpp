@@ -30,7 +30,7 @@ static constexpr Table tables[] = {
 };
 static_assert(std::ranges::all_of(tables, [](const Table &table) {
     return std::ranges::count(allSections, table.section.id, &Section::id) == 1;
-}));
+}), "add the section to allSections in src/shm/shm.h");
 
 // Returns the node at `path` below `start`. Creates the missing ones.
 static Node &findOrAddNode(Node &start, std::string_view path) {

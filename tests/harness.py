@@ -234,9 +234,11 @@ def golden(name):
 FORMS = re.findall("^ +orbelstatprobe (-(?!w$).+?)(?:  .*)?$", golden("usage.txt"), re.M)
 
 
-# What to do if a golden file differs; the other ones are recorded.
-HINTS = {"list.txt": "tests/golden/list.txt is written by hand: one line per member of the records in src.",
-         "demo-zeros.txt": "Give each new field a value in demo/demo_*.cpp, or record which ones are 0."}
+# What to do if a golden file differs that is not recorded.
+HINTS = {"list.txt": "tests/golden/list.txt is written by hand: one line per member. A member that only this file has "
+                     "lacks its ROW in src, or its table in orbelstatctl/tree.cpp.",
+         "demo-zeros.txt": "Give each new field a value in demo/demo_*.cpp. Only if that has to be 0, add the field to "
+                           "tests/golden/demo-zeros.txt by hand."}
 
 
 def fail_if_different(expected, text, name):

@@ -41,13 +41,13 @@ OFFERS = {
         "": "COMMANDS", "--from /et": "/etc", "--from=/et": "--from=/etc",
         "--from x ": "COMMANDS", "--from=x get ": "ROOTS", "json --from x ": "ROOTS", "json upm u": "",
         "get -n upm --h": "--help", "undo fi": "file-1", "undo x fi": "", "diff -w -p config.in": "config.instHeadroom",
-        "diff -p x x /et": "/etc", "wait -t ": "", "wait -i 1 config.in": "config.instHeadroom",
-        "save /et": "/etc", "save x /et": "", "diff x /et": "/etc", "watch -i ": "", "watch -n 2 ": "ROOTS",
+        "diff -p x x /et": "/etc",
+        "save /et": "/etc", "save x /et": "", "diff x /et": "/etc",
         "get psu": " ".join(f"psu[{i}]" for i in [*range(12), "*"]), r"json psu\[1": "psu[1] psu[10] psu[11]",
         "get psu[0..3].psuB": "psu[0..3].psuBus", "metrics psu psu[*].Vi": "psu[*].Vin", "watch config.u": "",
         "list config.peakA": "config.peakAmpsTime config.peakAmpsStartTime", "table upm.po": "upm.policyState upm.powerLimits upm.policies",
         "table upm.powerLimits sysPL": "sysPL1 sysPL2",
-        "table upm.policies sta": "state", "table psu[*] Pin psuBus.b": "psuBus.bus", "set - ": "", "set c": "",
+        "table upm.policies sta": "state", "table psu[*] Pin psuBus.b": "psuBus.bus", "set - ": "",
         "set upm.timestamp=": "", "set a=1 upm.p": "upm.powerLimits upm.policies", "set upm.policies[3].n": "",
         "set upm.powerLimits.sys": "upm.powerLimits.sysPL1= upm.powerLimits.sysPL2=",
         "set - < fi": "file-1", "get upm > fi": "file-1"},
@@ -98,10 +98,18 @@ def test_offers(build, typed, line, offer):
 
 def test_offers_every_option(build, typed):
     for command, text in build.help.items():
-        options = set(re.findall(r"(?:^  |, )(--?[a-zA-Z][a-z-]*)", text, re.M)) | ({"--help"} if command else set())
+        options = set(re.findall(r"(?:^  |, )(--?[\w-]+)", text, re.M)) | ({"--help"} if command else set())
         options |= {"--from"} if "[--from" in text else set()
         offered = set(typed(f"orbelstatctl {command} -\t".replace("  ", " ")).replace("--from=", "--from").split()[1:])
-        assert offered - {command, "-", "-h"} == options - {"-h"}, command
+        assert offered - {command, "-", "-h"} == options - {"-h"}, f"{command}: see completion/*orbelstatctl*"
+
+
+def test_a_value_is_followed_by_operands(build, typed):
+    for command, text in list(build.help.items())[1:]:
+        for option in re.findall("^  (-[^ ]+) [A-Z]", text, re.M):
+            operands, value, after = [typed(f"orbelstatctl {command} {words}\t").split()[2 + words.count(" "):]
+                                      for words in ("", option + " ", option + " 1 ")]
+            assert operands == after and (value != operands or not value), f"{option}: see completion/*orbelstatctl*"
 
 
 @pytest.mark.parametrize("form", FORMS)

@@ -1,5 +1,6 @@
 """Checks the documentation against the built programs: every option, command, path and file is in each list of its
 kind, and README's examples work as printed."""
+import itertools
 import os
 import re
 import shutil
@@ -24,32 +25,52 @@ def part_of(manual, heading):
     return re.search(rf"^\.Sh {heading}\n(.*?)(?=^\.Sh|\Z)", MANUALS[manual], re.M | re.S)[1]
 
 
+def expect(file, pattern, text=None):
+    """Fails, with the file's name, unless the pattern is in the file or in this text from it."""
+    if not re.search(pattern, (ROOT / file).read_text() if text is None else text, re.M):
+        pytest.fail(f"{file}: nothing matches {pattern}", pytrace=False)
+
+
 def test_every_letter_is_in_the_usage_text(sandbox):
     known = {f"-{letter}" for letter in string.ascii_letters + string.digits
              if "invalid option" not in sandbox.run(f"-{letter}").err}
-    assert known == {*LETTERS, "-w", "-h", "-i", "-l"}
-    assert sandbox.run("-h").out == golden("usage.txt")
+    assert known == {*LETTERS, "-w", "-h", "-i", "-l"}, "see src/cli/help.cpp and tests/golden/usage.txt"
+    assert sandbox.run("-h").out == golden("usage.txt"), "see src/cli/help.cpp and tests/golden/usage.txt"
 
 
 @pytest.mark.parametrize("form", FORMS)
 def test_a_form_is_described(form):
     synopsis = re.sub(r"Ar \w+|Cm 0 \| 1", "1", part_of("orbelstatprobe", "SYNOPSIS").replace("Fl ", ""))
     words = re.sub("<.*?>", "1", form)
-    assert re.search(rf"^\.(. \| )*{words.replace('-', '')}( \||$)", synopsis, re.M)
-    assert f"| `{form}` |" in README
+    expect("man/orbelstatprobe.1", rf"^\.(. \| )*{words.replace('-', '')}( \||$)", synopsis)
+    expect("README.md", rf"^\| `{form}` \|")
     if not form.startswith("-w"):
-        assert re.sub("<.*?>", "7", form) in [report.arguments for report in REPORTS]
+        arguments = re.sub("<.*?>", "7", form)
+        assert arguments in [report.arguments for report in REPORTS], "see tests/test_reports.py"
+        for failure in ("FAIL_READ=1:7; ", r"FAIL_MALLOC=\d+; ") if form not in ("-o", "-u -h") else ():
+            expect("tests/golden/command-lines.txt", rf"^\$ {failure}{arguments} ->")
 
 
 @pytest.mark.parametrize("letter", LETTERS)
 def test_a_letter_is_described(letter):
-    assert f"\n.It Fl {letter[1]}\n" in MANUALS["orbelstatprobe"]
-    for text, mark in (README, f"`{letter}`"), (part_of("orbelstatprobe", "DESCRIPTION"), f".Fl {letter[1]} "):
-        order = re.search(r"in (?:the|this)\s+order(.*?)\.\n[^.\n]", text, re.S)[1]
-        assert mark in order
+    expect("man/orbelstatprobe.1", rf"^\.It Fl {letter[1]}$")
+    expect("tests/fuzz_test.cpp", f'"{letter}",')
     if letter != "-o":  # which reads none
-        assert re.search(rf"^\| .*\| `section.*`{letter}`", README, re.M)
-        assert re.search(rf"Fl {letter[1]}\b", part_of("orbelstatprobe", "FILES"))
+        expect("README.md", rf"^\| .*\| `section.*`{letter}`")
+        expect("man/orbelstatprobe.1", rf"Fl {letter[1]}\b", part_of("orbelstatprobe", "FILES"))
+
+
+def test_the_order_of_reports_is_described(sandbox):
+    """Each report takes precedence over the next one in the order that is in README and in the manual page."""
+    orders = [re.search(r"in (?:the|this)\s+order(.*?)\.\n", text, re.S)[1]
+              for text in (README, part_of("orbelstatprobe", "DESCRIPTION"))]
+    letters = [re.findall(pattern, order) for pattern, order in zip([r"`-(.)`", r"Fl (\w)"], orders)]
+    assert letters[0] == letters[1], "README.md and man/orbelstatprobe.1 differ"
+    order = [f"-{letter}" for letter in letters[0] if f"-{letter}" in LETTERS]
+    assert sorted(order) == sorted(LETTERS), "see README.md and man/orbelstatprobe.1"
+    for first, second in itertools.pairwise(order):
+        words = [first, second] if second == "-u" else [second, first]  # words after -u would be its own
+        assert sandbox.run(*words) == sandbox.run(first), "see src/cli/command_line.cpp"
 
 
 def test_commands_are_described(build):
@@ -61,11 +82,17 @@ def test_commands_are_described(build):
                               (r"Ar (\w+)", lambda match: match[1].upper()), (" Ns | Ns$", ""), (r"Fl ?([\w-]*)", r"-\1")]:
             form = re.sub(pattern, text, form)
         usages.append("Usage: orbelstatctl " + form)
-    assert usages == [text.partition("\n")[0] for command, text in build.help.items() if command]
-    for usage, text in zip(usages, list(build.help.values())[1:]):
+    for usage, (command, text) in zip(usages, list(build.help.items())[1:], strict=True):
+        files = f"see orbelstatctl/{command}.cpp and man/orbelstatctl.1"
+        assert usage == text.partition("\n")[0], files
         letters = [f"-{letter}" for word in re.findall(r"\[-(\w+)", usage) for letter in word]
         options = letters + re.findall(r"\[(--(?!from)[\w-]+)", usage)
-        assert re.findall("^  (-[^ ]+)", text, re.M) == sorted(options, key=options.index), usage
+        assert re.findall("^  (-[^ ]+)", text, re.M) == options, files
+        description = re.search(rf"^\.It Cm {command}\n(.*?)\n\.(It|El)", part_of("orbelstatctl", "COMMANDS"), re.M | re.S)[1]
+        for option in options:
+            expect("man/orbelstatctl.1", rf"^\.Fl {option[1:]}\b", description + part_of("orbelstatctl", "ASSIGNMENTS"))
+            short = rf"-\w*{option[1:]}\w*" if len(option) == 2 else option
+            expect("tests/golden/orbelstatctl.txt", rf"^\$ .*\b{command} (.* )?{short} ")
 
 
 def test_messages_in_the_manual_are_those_of_the_transcript():

@@ -263,7 +263,7 @@ inline uint64_t loadTimestamp(const uint8_t *section) {
 }
 
 // Writes `length` bytes at offset `offset` of the block, with a single call of the platform's
-// library. This is the only function that writes shared memory. Returns 0, or the library's error
+// library. This is the only function that writes the block. Returns 0, or the library's error
 // code, which orbelstatprobe ignores: a failed write shows in the next read. Returns -ERANGE, and
 // does not call the library, if the range is not within the block.
 int writeUpmBlock(size_t offset, const void *bytes, size_t length);
