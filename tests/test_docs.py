@@ -73,26 +73,30 @@ def test_the_order_of_reports_is_described(sandbox):
         assert sandbox.run(*words) == sandbox.run(first), "see src/cli/command_line.cpp"
 
 
-def test_commands_are_described(build):
-    """The synopsis in the help of a command is that of the manual page, and every option in it is explained."""
-    forms = re.findall(r"^\.(?:Op Fl -from.*\n\.)?Cm .*", part_of("orbelstatctl", "SYNOPSIS"), re.M)
-    usages = []
-    for form in forms:
+def usages_in_the_manual():
+    """The lines of orbelstatctl's SYNOPSIS that have a command, in the form of the help texts."""
+    for form in re.findall(r"^\.(?:Op Fl -from.*\n\.)?Cm .*", part_of("orbelstatctl", "SYNOPSIS"), re.M):
         for pattern, text in [(r"\.Op (.*)\n\.", r"[\1] "), (r"\bOp (.*)", r"[\1]"), ("Oo ", "["), (" Oc", "]"), ("Cm |^\\.", ""),
                               (r"Ar (\w+)", lambda match: match[1].upper()), (" Ns | Ns$", ""), (r"Fl ?([\w-]*)", r"-\1")]:
             form = re.sub(pattern, text, form)
-        usages.append("Usage: orbelstatctl " + form)
-    for usage, (command, text) in zip(usages, list(build.help.items())[1:], strict=True):
+        yield "Usage: orbelstatctl " + form
+
+
+def test_commands_are_described(build):
+    """The usage of a command is that of the manual page; every option in it is known, explained and tested."""
+    for usage, (command, text) in zip(usages_in_the_manual(), list(build.help.items())[1:], strict=True):
         files = f"see orbelstatctl/{command}.cpp and man/orbelstatctl.1"
         assert usage == text.partition("\n")[0], files
         letters = [f"-{letter}" for word in re.findall(r"\[-(\w+)", usage) for letter in word]
         options = letters + re.findall(r"\[(--(?!from)[\w-]+)", usage)
         assert re.findall("^  (-[^ ]+)", text, re.M) == options, files
-        description = re.search(rf"^\.It Cm {command}\n(.*?)\n\.(It|El)", part_of("orbelstatctl", "COMMANDS"), re.M | re.S)[1]
+        item = re.search(rf"^\.It Cm {command}\n(.*?)\n\.(It|El)", part_of("orbelstatctl", "COMMANDS"), re.M | re.S)[1]
         for option in options:
-            expect("man/orbelstatctl.1", rf"^\.Fl {option[1:]}\b", description + part_of("orbelstatctl", "ASSIGNMENTS"))
-            short = rf"-\w*{option[1:]}\w*" if len(option) == 2 else option
-            expect("tests/golden/orbelstatctl.txt", rf"^\$ .*\b{command} (.* )?{short} ")
+            outcome = subprocess.run(build.command("orbelstatctl", command, option, "-h"), capture_output=True, text=True)
+            assert "unknown option" not in outcome.stderr, "see orbelstatctl/command_line.cpp"
+            expect("man/orbelstatctl.1", rf"^\.Fl {option[1:]}\b", item + part_of("orbelstatctl", "ASSIGNMENTS"))
+            word = rf"-\w*{option[1:]}\w*" if len(option) == 2 else option
+            expect("tests/golden/orbelstatctl.txt", rf"^\$ .*\b{command} (.* )?{word} ")
 
 
 def test_messages_in_the_manual_are_those_of_the_transcript():
