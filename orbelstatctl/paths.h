@@ -50,7 +50,6 @@ struct Field {
 // One Field per member, with the ranges of its arrays, or one Field per element.
 enum class Expansion { members, elements };
 
-// Returns the fields of a kind that the paths select: path by path, and below one path in report
-// order.
+// Returns the fields of a kind that the paths select: path by path, those of each in report order.
 std::vector<Field> expandPaths(const std::vector<Path> &paths, Kind kind = Kind::any,
                                Expansion expansion = Expansion::elements);

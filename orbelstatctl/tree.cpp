@@ -28,9 +28,10 @@ static constexpr Table tables[] = {
     {"upm", "", 0, powerReportingSection, upmBlockOffset, 0, upmRows},
     {"config", "", 0, powerConfigSection, 0, 0, powerConfigRows},
 };
-static_assert(std::ranges::all_of(tables, [](const Table &table) {
+static constexpr auto isKnown = [](const Table &table) {
     return std::ranges::count(allSections, table.section.id, &Section::id) == 1;
-}), "add the section to allSections in src/shm/shm.h");
+};
+static_assert(std::ranges::all_of(tables, isKnown), "add it to allSections in src/shm/shm.h");
 
 // Returns the node at `path` below `start`. Creates the missing ones.
 static Node &findOrAddNode(Node &start, std::string_view path) {
