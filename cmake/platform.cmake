@@ -118,7 +118,7 @@ foreach(part SHM DATA)
         find_file(header ${PLATFORM_${part}_HEADER} PATHS ${PLATFORM_INCLUDE_DIR}
             NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH NO_CACHE)
         if(NOT header)
-            set(sentence "this header is not in PLATFORM_INCLUDE_DIR=${PLATFORM_INCLUDE_DIR}")
+            string(APPEND sentence ", which is not in PLATFORM_INCLUDE_DIR=${PLATFORM_INCLUDE_DIR}")
         endif()
         fail(PLATFORM_${part}_HEADER "${sentence}" "${output}")
     endif()

@@ -62,7 +62,7 @@ Options:
   -h, --help        Print this help, or the help of COMMAND
   -V, --version     Print the version
 
-A PATH selects a field, a group or an array: upm.policies[3].state, psu[0..3],
+A PATH selects a field, an array or a group: upm.policies[3].state, psu[0..3],
 reporting. Run "orbelstatctl COMMAND --help" for a command's options and examples.
 )";
 }
@@ -70,7 +70,7 @@ reporting. Run "orbelstatctl COMMAND --help" for a command's options and example
 // The value of all long options for getopt_long; greater than any letter.
 static constexpr int longOption = 256;
 
-// Throws a usage error for what getopt_long has just found: '?' or, without a value, ':'.
+// Throws a usage error for an option that getopt_long rejected. `found` is ':' if it lacks a value.
 [[noreturn]] static void rejectOption(int found, const Command &command, std::string word,
                                       const Strings &known) {
     const bool isLong = optopt == 0 || optopt == longOption;

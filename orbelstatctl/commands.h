@@ -23,7 +23,7 @@ struct Options {
 
 using Run = ExitStatus(const Options &arguments);
 
-// What command_line.cpp needs of each command. The help has usage, options and examples.
+// The function and the help text of each command. A help has usage, options and examples.
 Run runList, runGet, runSet, runUndo, runJson, runTable, runMetrics, runDiff, runWatch, runWait,
     runSave;
 extern const char listHelp[], getHelp[], setHelp[], undoHelp[], jsonHelp[], tableHelp[],

@@ -37,7 +37,7 @@ const char getHelp[] = R"(Usage: orbelstatctl [--from DIRECTORY] get [-nw] [PATH
 Print fields as PATH=VALUE, in the order in which they are named (default: all).
 
   -n  Print the bare values
-  -w  Print only values that set accepts
+  -w  Print only fields that set accepts
 
 Examples:
   watts=$(orbelstatctl get -n 'upm.policies[3].policyPowerLimit')

@@ -28,7 +28,7 @@ Print one line per member, with columns separated by tabs: path, type, section,
 offset in bytes and, if it is writable, its bounds. Does not read shared memory.
 
   -a  List each element of an array
-  -w  List only writable fields
+  -w  List only writable members
 
 Examples:
   orbelstatctl list -w upm.powerLimits

@@ -97,7 +97,7 @@ std::string didYouMean(std::string_view word, const Strings &names, const std::s
     std::string best;
     size_t least = SIZE_MAX;
     for (const std::string &name : names) {
-        const size_t limit = std::max<size_t>(2, name.size() / 3);
+        const size_t limit = std::max<size_t>(name.size() < 4 ? 1 : 2, name.size() / 3);
         const bool isTooLong = word.size() > name.size() + limit; // perhaps by a megabyte
         const size_t distance = isTooLong ? SIZE_MAX : editDistance(word, name);
         best = distance <= limit && distance < least ? name : best;

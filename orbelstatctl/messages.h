@@ -1,4 +1,4 @@
-// Errors, results and text: what the commands print, and how they end.
+// Errors, results and text: the output of the commands and their exit status.
 #pragma once
 
 #include <string>
@@ -32,7 +32,7 @@ template <typename Value> struct Result {
     std::string error;
 };
 
-// Returns what messages show of an item that is being parsed.
+// Returns the text by which messages name an item that is being parsed.
 inline const std::string &description(const std::string &text) {
     return text;
 }
@@ -67,7 +67,7 @@ std::string unescaped(std::string_view line);
 // Prints a message, escaped, as one line on standard error.
 void printError(const std::string &message);
 
-// Hands text to standard output. closeStandardOutput reports a failure.
+// Writes text to standard output. closeStandardOutput reports a failure.
 void print(std::string_view text);
 
 // Returns cells as comma-separated values, with a newline. Quotes them as RFC 4180 requires.

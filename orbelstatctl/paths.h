@@ -1,4 +1,4 @@
-// Paths as people write them, upm.policies[0..3].state, and the fields that they select.
+// Paths such as upm.policies[0..3].state, and the fields that they select.
 #pragma once
 
 #include "orbelstatctl/messages.h"
@@ -32,8 +32,7 @@ Result<Path> parsePath(std::string_view text, const Node &start = tree());
 // message for each one that is invalid or selects no field of the kind.
 std::vector<Path> parsePaths(const Strings &texts, Kind kind);
 
-// Formats a path, with [3] or [0..3] after each array. `bare` replaces the range where the path has
-// no brackets.
+// Formats a path with [3] or [0..3] after each array, or `bare` where the path has no brackets.
 std::string formatPath(std::span<const Step> path, const std::string &bare = "");
 
 // A field or, with ranges in its steps, the elements of one member.

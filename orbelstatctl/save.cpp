@@ -117,6 +117,7 @@ ExitStatus runSave(const Options &arguments) {
     sigset_t signals = interrupts();
     sigaddset(&signals, SIGHUP);
     const BlockedSignals blocked(signals);
+    signal(SIGXFSZ, SIG_IGN); // so that the write of a file that is too large fails
     createCapture(text.substr(0, std::max<size_t>(text.find_last_not_of('/') + 1, 1)), files);
     return source.hasFailed() ? ExitStatus::failure : ExitStatus::success;
 }
@@ -128,5 +129,5 @@ must be empty. The files are read-only, so that nothing changes by accident.
 
 Examples:
   orbelstatctl save monday
-  orbelstatctl save report && tar cz report >report.tar.gz
+  orbelstatctl save today && tar cz today >today.tar.gz
 )";

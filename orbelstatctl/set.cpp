@@ -76,7 +76,7 @@ ExitStatus runSet(const Options &arguments) {
 const char setHelp[] = R"(Usage: orbelstatctl set [--dry-run] PATH=VALUE ... | -
 
 Validate all assignments, print PATH: OLD -> NEW for each field that changes,
-write these fields and read all of them back. To set several elements of an
+write these, and read all assigned fields back. To set several elements of an
 array, give a range or [*]. "-" reads the assignments from standard input.
 
   --dry-run  Validate and print, but write nothing

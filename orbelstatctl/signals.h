@@ -1,4 +1,4 @@
-// Signals: those that end watch and wait, and those that must wait.
+// SIGINT and SIGTERM in watch and wait, sleeping, and blocking signals.
 #pragma once
 
 #include <chrono>

@@ -6,7 +6,7 @@
 #include <map>
 
 // Returns "library error -13 (as errno: Permission denied)", with the text only for a negated errno
-// value: what a number means is up to the platform's library.
+// value: each platform library has its own error numbers.
 std::string libraryError(int error);
 
 enum class ReadErrors { print, keep };

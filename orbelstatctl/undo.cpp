@@ -1,8 +1,8 @@
 #include "orbelstatctl/commands.h"
 #include "orbelstatctl/write_fields.h"
 
-// Parses "PATH: OLD -> NEW", the assignment of NEW after OLD. PATH must be one writable element.
-// The values may be outside the field's bounds, since memory held them.
+// Parses "PATH: OLD -> NEW" as the assignment of NEW, with OLD in `before`. PATH must be one
+// element. The values may be outside the field's bounds, since memory held them.
 static Result<Assignment> parseChange(const InputLine &line) {
     const std::string_view text = line.text;
     const size_t colon = std::min(text.find(": "), text.size());
@@ -30,7 +30,7 @@ static std::vector<Assignment> reverseChanges(const std::vector<Assignment> &cha
     std::vector<Assignment> results;
     std::map<std::string, size_t> places;         // of the fields in `results`, by path
     std::map<std::string, std::string> conflicts; // messages by path
-    for (const auto &[field, newBytes, oldBytes, isWritten, error] : changes) {
+    for (const auto &[field, newBytes, oldBytes, isAttempted, error] : changes) {
         const auto memory = source.readBytes(field);
         if (!memory) {
             throw CommandError{ExitStatus::failure, {}}; // readBytes has printed the reason
@@ -70,11 +70,11 @@ ExitStatus runUndo(const Options &arguments) {
 const char undoHelp[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
 
 Reverse the lines PATH: OLD -> NEW that set, undo or diff -w printed, last to first.
-Nothing is written if a field holds neither value: another process changed it.
+Nothing is written if a field holds neither value, since it has been changed.
 FILE may be "-" for standard input.
 
   --dry-run  Check and print, but write nothing
-  --force    Restore OLD even if another process changed the field
+  --force    Restore OLD even if a field holds neither value
 
 Examples:
   orbelstatctl undo changes

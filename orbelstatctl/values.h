@@ -1,4 +1,4 @@
-// Values as text and back: what `get` prints and `set` accepts.
+// Formats values as `get` prints them, and parses values that `set` accepts.
 #pragma once
 
 #include "orbelstatctl/messages.h"

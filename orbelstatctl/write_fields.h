@@ -23,7 +23,7 @@ std::vector<InputLine> readLines(const std::string &path);
 struct Assignment {
     Field field;
     std::string bytes;
-    // The rest is writeFields' own.
+    // writeFields sets the rest.
     std::string before = {};  // the bytes before all writes; if equal, nothing is written
     bool isAttempted = false; // whether the library was called to write them
     int error = 0;            // the result of that call

@@ -72,7 +72,7 @@ class Build:
 
     def command(self, program, *arguments, **settings):
         """The command line that runs a program with these environment variables; those that are None are unset."""
-        # To the emulator itself the environment means something else.
+        # The emulator interprets some variables of its environment itself.
         unset, assign = ("-U", ["-E"]) if self.emulator else ("-u", [])
         words = self.emulator.copy() or ["env"]
         for name, value in sorted(settings.items(), key=lambda item: item[1] is not None):

@@ -10,7 +10,7 @@ from datetime import date, datetime
 from email.utils import parsedate_to_datetime
 
 import pytest
-from harness import FORMS, ROOT, golden, native
+from harness import FORMS, ROOT, entries_of, golden, native
 from test_reports import REPORTS
 
 pytestmark = native
@@ -96,7 +96,8 @@ def test_commands_are_described(build):
             assert "unknown option" not in outcome.stderr, "see orbelstatctl/command_line.cpp"
             expect("man/orbelstatctl.1", rf"^\.Fl {option[1:]}\b", item + part_of("orbelstatctl", "ASSIGNMENTS"))
             word = rf"-\w*{option[1:]}\w*" if len(option) == 2 else option
-            expect("tests/golden/orbelstatctl.txt", rf"^\$ .*\b{command} (.* )?{word} ")
+            assert any(re.search(rf"\b{command} (.* )?{word} ", entry + " ") for entry in entries_of("orbelstatctl.txt")), \
+                f"tests/golden/orbelstatctl.txt: no entry has {command} {option}"
 
 
 def test_messages_in_the_manual_are_those_of_the_transcript():

@@ -2,7 +2,6 @@
 import calendar
 import contextlib
 import fcntl
-import itertools
 import json
 import os
 import pathlib
@@ -49,7 +48,7 @@ def ctl(sandbox):
 @pytest.fixture
 def capture(sandbox, ctl):
     """A capture of the demo data."""
-    ctl("save", f"{sandbox.directory}/capture")
+    ctl("save", f"{sandbox.directory}/capture", TZ="XXX-9")
     return pathlib.Path(sandbox.directory, "capture")
 
 
@@ -58,28 +57,27 @@ def test_answers(sandbox, capture, command):
     """The exit status and the library's calls follow "->". DIRECTORY contains `capture`; `broken`, without names, with
     one section missing and one truncated; `unnamed`, with too few names and one field changed; `later`, of a later
     format; and `changes`, to be undone."""
+    directory = pathlib.Path(sandbox.directory)
     for name in "broken", "unnamed", "later":
-        shutil.copytree(capture, f"{sandbox.directory}/{name}")
-        os.chmod(f"{sandbox.directory}/{name}/section-8", 0o644)
-    os.remove(f"{sandbox.directory}/broken/policy-names")
-    os.remove(f"{sandbox.directory}/broken/section-7")
-    os.truncate(f"{sandbox.directory}/broken/section-8", 100)
-    pathlib.Path(sandbox.directory, "unnamed/policy-names").unlink()
-    pathlib.Path(sandbox.directory, "unnamed/policy-names").write_text("one name\n")
-    with open(f"{sandbox.directory}/unnamed/section-8", "r+b") as file:
+        for file in shutil.copytree(capture, directory / name).iterdir():
+            file.chmod(0o644)
+    (directory / "broken/policy-names").unlink()
+    (directory / "broken/section-7").unlink()
+    os.truncate(directory / "broken/section-8", 100)
+    (directory / "unnamed/policy-names").write_text("one name\n")
+    with open(directory / "unnamed/section-8", "r+b") as file:
         file.write(struct.pack("<f", 1))  # its first field
-    pathlib.Path(sandbox.directory, "later/about").unlink()
-    pathlib.Path(sandbox.directory, "later/about").write_text("capture=2\n")
-    pathlib.Path(sandbox.directory, "changes").write_text(f"{STATE}: 0 -> 1\n")
+    (directory / "later/about").write_text("capture=2\n")
+    (directory / "changes").write_text(f"{STATE}: 0 -> 1\n")
     sandbox.environment, words = settings_and_words(command.replace("DIRECTORY", sandbox.directory))
     outcome = sandbox.run(*shlex.split(words), program="orbelstatctl")
-    calls = "".join(f", {call}" for call, _ in itertools.groupby(outcome.calls))
+    calls = re.sub("(, fsync)+", ", fsync", "".join(f", {call}" for call in outcome.calls))
     text = (outcome.err + outcome.out).replace(sandbox.directory, "DIRECTORY")
     compare_with_entry(TRANSCRIPT, command, f"{outcome.status}{calls}", text)
 
 
 def test_list_is_what_scripts_rely_on(ctl):
-    """Written by hand: of every member its path, type, section, offset and bounds."""
+    """list.txt is written by hand. It has the path, type, section, offset and bounds of each member."""
     fail_if_different(golden("list.txt"), ctl("list").out, "list.txt")
 
 
@@ -100,7 +98,7 @@ def as_get_prints(data):
     return "".join(special.get(byte) or (chr(byte) if 32 <= byte <= 126 else rf"\x{byte:02x}") for byte in data)
 
 
-def test_list_get_and_json_tell_the_same(sandbox, ctl):
+def test_list_get_and_json_agree(sandbox, ctl):
     rng = random.Random(1)
     for section, size in sandbox.build.sizes.items():  # with NaNs, and text without a NUL
         sandbox.poke(section, 0, rng.randbytes(size))
@@ -165,11 +163,12 @@ def test_set_writes_up_to_every_bound_and_refuses_what_is_beyond(sandbox, ctl):
     assert (outcome.status, outcome.err) == (0, ""), "see writeAll in orbelstatctl/write_fields.cpp"
     assert outcome.calls == [*reads, *calls, *reads]
     assert outcome.out.count(" -> ") == len(calls) > 30
-    beyond = [f"{field.path}={value}" for field in fields for value in (field.maximum + 1, "-1e10")]
+    beyond = [f"{field.path}={value}" for field in fields
+              for value in (field.maximum + 1, "-1e10" if field.is_real else -1)]
     outcome = ctl("set", "-", typed="\n".join(beyond) + "\n", status=2)
     assert outcome.calls == []
     for number, line in enumerate(beyond, 1):
-        assert f"line {number}: {line}: " in outcome.err
+        assert f"line {number}: {line}: not within " in outcome.err
 
 
 @pytest.mark.parametrize("bad, reason", [
@@ -305,7 +304,7 @@ def test_save_makes_a_new_directory(sandbox, ctl):
     new.mkdir()
     sandbox_mode = os.stat(sandbox.directory).st_mode
     os.chmod(sandbox.directory, sandbox_mode | stat.S_ISGID)
-    calls = ctl("save", f"{new}/", redirections="umask 027;", TZ="XXX-9").calls
+    calls = ctl("save", f"{new}/", redirections="umask 027;").calls
     assert calls.count("fsync") == len(list(new.iterdir())) + 2  # the directory and its parent
     assert new.stat().st_mode & 0o7777 == 0o2750
     assert {file.stat().st_mode & 0o777 for file in new.iterdir()} == {0o440}
@@ -328,7 +327,7 @@ def test_a_signal_during_save_leaves_a_capture_or_nothing(sandbox, ctl):
 
 @pytest.mark.builds(lambda build: "-fprofile" not in build.flags)  # which writes files that are too large, too
 def test_a_capture_that_is_too_large_is_not_there(sandbox, ctl):
-    outcome = ctl("save", f"{sandbox.directory}/new", status=1, redirections="trap '' XFSZ; ulimit -f 20;")
+    outcome = ctl("save", f"{sandbox.directory}/new", status=1, redirections="ulimit -f 20;")
     assert outcome.err.endswith("/new/section-6: File too large\n")
     assert "new" not in "".join(os.listdir(sandbox.directory))
 
@@ -343,21 +342,24 @@ def test_save_leaves_nothing_of_a_capture_that_fails(sandbox, ctl, name, reason)
 
 
 def test_watch_ends_on_closed_pipe(sandbox, ctl):
-    unread = f"cd '{sandbox.directory}'; mkfifo pipe; exec 3<>pipe >pipe 3<&-;"  # and the reader has gone
+    unread = f"cd '{sandbox.directory}'; [ -p pipe ] || mkfifo pipe; exec 3<>pipe >pipe 3<&-;"  # and the reader has gone
     for words in ["--csv", "psu"], [STATE]:
-        assert ctl("watch", *words, redirections=unread.replace("mkfifo pipe", "[ -p pipe ] || mkfifo pipe")).err == ""
+        assert ctl("watch", *words, redirections=unread).err == ""
 
 
 def test_the_second_signal_ends_watch_although_its_output_is_blocked(sandbox):
     command = sandbox.command("orbelstatctl", ["watch", "--csv", "upm"], "")
     with subprocess.Popen(command, stdout=subprocess.PIPE, pipesize=4096) as process:
-        while fcntl.ioctl(process.stdout, termios.FIONREAD, bytes(4)) != struct.pack("I", 4096):
-            pass
+        while process.poll() is None and \
+                fcntl.ioctl(process.stdout, termios.FIONREAD, bytes(4)) != struct.pack("I", 4096):
+            time.sleep(0.01)
+        signals = 0
         while process.poll() is None:
             process.send_signal(signal.SIGTERM)
+            signals += 1
             with contextlib.suppress(subprocess.TimeoutExpired):
                 process.wait(0.1)
-        assert process.returncode in (143, -15)
+        assert signals > 1 and process.returncode in (143, -15)
 
 
 def test_ignored_signals_stay_ignored(ctl):
@@ -386,7 +388,8 @@ def test_output_errors_are_reported(sandbox, ctl, capture, words, stream, reason
     assert reason in ctl(*words.split(), redirections=lost, status=1).err
     assert reason in ctl("diff", str(capture), redirections=lost, status=2).err
     if stream == "&-":
-        assert "cannot take its place" in ctl(*words.split(), redirections=lost, FAIL_OPEN_NULL="1", status=1).err
+        for command, status in (words.split(), 1), (["diff", str(capture)], 2):
+            assert "cannot take its place" in ctl(*command, redirections=lost, FAIL_OPEN_NULL="1", status=status).err
 
 
 def test_the_version_and_help(sandbox, ctl):

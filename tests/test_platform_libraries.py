@@ -107,7 +107,7 @@ def test_headers_that_are_accepted(vendor, name):
 
 @pytest.mark.parametrize("settings, sentence, output", [
     (dict(INCLUDE_DIR="/nowhere"), "there is no directory /nowhere", ""),
-    (dict(SHM_HEADER="no.h"), "this header is not in PLATFORM_INCLUDE_DIR=", "error: no.h: No such"),
+    (dict(SHM_HEADER="no.h"), f"{CANNOT_COMPILE}, which is not in PLATFORM_INCLUDE_DIR=", "error: no.h: No such"),
     (dict(SHM_HEADER="int\n"), CANNOT_COMPILE, "error: "),
     (dict(SHM_HEADER=SHM.replace("memwrite", "memcopy")), CANNOT_COMPILE, "error: implicit declaration of function"),
     (dict(SHM_HEADER=SHM.replace(", int32_t length", "")), CANNOT_COMPILE, "error: too many arguments to function"),

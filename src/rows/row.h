@@ -34,7 +34,8 @@
 #include <optional>
 #include <span>
 
-// How the value of a row is printed. No switch over formats has a default either.
+// How the value of a row is printed. No switch over formats has a default, so the compiler names
+// each place that a new format needs.
 enum class Format : uint8_t {
     // The usual format of the type. Numbers are decimal, a float with the number of decimals that
     // the report's style has, a double as printf's %g prints it. A domain is followed by its name,

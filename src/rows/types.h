@@ -44,7 +44,7 @@ inline constexpr Type typeOf<T> = Type::record;
 // The facts about a type.
 struct TypeInfo {
     std::string_view name; // as `orbelstatctl list` prints it; text and bytes add "[size]"
-    uint32_t max = 0;      // the largest integer that may be written; 0 if none may
+    uint32_t max = 0;      // the largest bound of a writable member; 0 if none is writable
 
     // Returns whether members of the type can be writable, up to a bound.
     [[nodiscard]] constexpr bool canHaveBound() const {
