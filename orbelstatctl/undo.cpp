@@ -70,7 +70,7 @@ ExitStatus runUndo(const Options &arguments) {
 const char undoHelp[] = R"(Usage: orbelstatctl undo [--dry-run] [--force] FILE
 
 Reverse the lines PATH: OLD -> NEW that set, undo or diff -w printed, last to first.
-Nothing is written if a field holds neither value, since it has been changed.
+Nothing is written if a field holds neither value: it has been changed since.
 FILE may be "-" for standard input.
 
   --dry-run  Check and print, but write nothing

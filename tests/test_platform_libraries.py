@@ -65,14 +65,14 @@ class Vendor:
         path.write_text(text)
         return path
 
-    def library(self, name, code, *flags):
+    def library(self, name, code, *flags, has_soname=True):
         source = self.write(name + ".c", code)
         made = self.directory / name
         if made.suffix == ".a":
             subprocess.run(["gcc", "-c", "-fPIC", source, "-o", str(made) + ".o"], check=True)
             subprocess.run(["ar", "rc", made, str(made) + ".o"], check=True)
         else:
-            options = [f"-Wl,-soname,{made.name}", "-o", made, *flags]
+            options = [f"-Wl,-soname,{made.name}"] * has_soname + ["-o", made, *flags]
             subprocess.run(["gcc", "-shared", "-fPIC", source, *options], check=True)
         return made
 
@@ -144,7 +144,7 @@ def test_configure_names_the_wrong_setting(vendor, settings, sentence, output):
 
 def test_libraries_with_dependencies(vendor):
     """A shared library that needs one in another directory, and a static one, given by name, that needs another."""
-    elsewhere = vendor.library("elsewhere/libopen.so", OPEN)
+    elsewhere = vendor.library("elsewhere/libopen.so", OPEN, has_soname=False)
     shared = vendor.library("libvendorshm.so", LIBRARY_SHM, f"-L{elsewhere.parent}", "-lopen")
     vendor.library("libstaticdata.a", LIBRARY_DATA)
     scale = vendor.library("libscale.a", "double tolm_scale(double x) { return 2 * x; }\n")
@@ -153,6 +153,7 @@ def test_libraries_with_dependencies(vendor):
         errors, status = vendor.configure(PLATFORM_EXTRA_LIBRARIES=extra, **named)
         assert status == 1
         assert f"(message): PLATFORM_{sentence}" in errors
+    vendor.write("libopen.so", "in LIBRARY_PATH, but not the library that is named\n")
     errors, status = vendor.configure(PLATFORM_EXTRA_LIBRARIES=f"{scale};{elsewhere};m", **named)
     assert (status, errors) == (0, "")
     vendor.make("orbelstatprobe")
